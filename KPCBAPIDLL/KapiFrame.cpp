@@ -1,0 +1,94 @@
+#include "KapiFrame.h"
+
+#include <atomic>
+#include <cstring>
+#include <new>
+
+#include "CArchive.h"
+#include "CMailslot.h"
+#include "CTokenizer.h"
+#include "platform.h"
+
+namespace kapi {
+namespace {
+std::atomic<int> g_replyTimeoutMs{0};
+
+CString MakeSlotName(const char* root, int pid) {
+    CString name;
+    name.Format("%s%s%d", root, "RCIMR\\", pid);
+    return name;
+}
+}  // namespace
+
+CString MakeCommandSlotName(int pid) { return MakeSlotName("\\\\.\\mailslot\\KPCB\\", pid); }
+CString MakeReplySlotName(int pid) { return MakeSlotName("\\\\.\\mailslot\\KAPI\\", pid); }
+CString ReturnSlotName() { return CString("\\\\.\\mailslot\\KAPI\\RETURN"); }
+
+CString WideToCString(const wchar_t* text) {
+    if (!text) return CString();
+    return CString(platform::WideToAnsi(std::wstring(text)));
+}
+
+long CStringToCoTaskWide(const CString& text, wchar_t** result) {
+    if (!result) return 0;
+    *result = nullptr;
+    const std::wstring wide = platform::AnsiToWide(text.str());
+    wchar_t* buffer = new (std::nothrow) wchar_t[wide.size() + 1];
+    if (!buffer) return static_cast<long>(0x8007000EL);
+    std::wmemcpy(buffer, wide.c_str(), wide.size() + 1);
+    *result = buffer;
+    return 0;
+}
+
+void FreeCoTaskWide(wchar_t* text) { delete[] text; }
+
+void DeliverString(const CString& text, wchar_t** out) {
+    if (!out) return;
+    wchar_t* converted = nullptr;
+    if (CStringToCoTaskWide(text, &converted) != 0 || !converted) return;
+    if (!*out) *out = platform::AllocSysString(converted);
+    if (*out) std::wcscpy(*out, converted);
+    FreeCoTaskWide(converted);
+}
+
+CStringArray SplitNames(const CString& text, const CString& separators) {
+    CStringArray tokens;
+    CTokenizer(text, separators).GetTokenArray(tokens);
+    for (INT_PTR i = 0; i < tokens.GetSize(); ++i) tokens.ElementAt(i).Trim();
+    return tokens;
+}
+
+void SerializeRecord(CKPRCI__Base& record, CMemFile& file) {
+    CArchive ar(&file, CArchive::store, 4096);
+    record.Serialize(ar);
+    ar.Close();
+}
+
+int SendOneWay(int pid, CKPRCI__Base& record) {
+    CMemFile file(1024);
+    SerializeRecord(record, file);
+    CMailslot command(1, MakeCommandSlotName(pid));
+    if (!command.Open()) return kSlotUnavailable;
+    command.SendFrame(file);  // a failed write still counts as handed over
+    return kOk;
+}
+
+int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies) {
+    CMemFile file(1024);
+    SerializeRecord(request, file);
+    CMailslot command(1, MakeCommandSlotName(pid));
+    if (!command.Open()) return kSlotUnavailable;
+    if (copies == Copies::Twice) command.SendFrame(file);
+    CMailslot replySlot(0, MakeReplySlotName(pid));
+    if (!replySlot.Open()) return kSlotUnavailable;
+    platform::SetSlotReadTimeout(replySlot.GetHandle(), ReplyTimeout());
+    CMemFile* replyFile = new CMemFile(1024);
+    command.SendFrame(file);
+    if (!ReceiveRecord(replySlot, replyFile, reply)) return kNoReply;
+    return kOk;
+}
+
+void SetReplyTimeout(int milliseconds) { g_replyTimeoutMs = milliseconds > 0 ? milliseconds : 0; }
+int ReplyTimeout() { return g_replyTimeoutMs; }
+
+}  // namespace kapi

@@ -1,0 +1,50 @@
+// In-memory file: the body of every frame. Length and contents live in one
+// growable buffer; GetBufferPtr hands out that buffer for direct reads and writes.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "WinTypes.h"
+
+class CFile {
+public:
+    enum SeekPosition { begin = 0, current = 1, end = 2 };
+    enum BufferCommand { bufferRead = 0, bufferWrite = 1, bufferCommit = 2, bufferCheck = 3 };
+
+    virtual ~CFile() = default;
+    virtual UINT Read(void* buffer, UINT count) = 0;
+    virtual void Write(const void* buffer, UINT count) = 0;
+    virtual ULONGLONG Seek(int64_t offset, UINT from) = 0;
+    virtual ULONGLONG GetLength() const = 0;
+    virtual void SetLength(ULONGLONG length) = 0;
+    virtual ULONGLONG GetPosition() const = 0;
+    virtual void Close() {}
+    void SeekToBegin() { Seek(0, begin); }
+};
+
+class CMemFile : public CFile {
+public:
+    explicit CMemFile(UINT growBytes = 1024) : m_growBytes(growBytes ? growBytes : 1024) {}
+
+    UINT Read(void* buffer, UINT count) override;
+    void Write(const void* buffer, UINT count) override;
+    // Seeking before the start raises CInvalidArgException; past the end is allowed.
+    ULONGLONG Seek(int64_t offset, UINT from) override;
+    ULONGLONG GetLength() const override { return m_length; }
+    // Growing fills the new bytes with zeros; the position is kept (clamped to the new length).
+    void SetLength(ULONGLONG length) override;
+    ULONGLONG GetPosition() const override { return m_position; }
+
+    // bufferRead: *start = current position, *max = start + min(count, bytes left); the
+    // position advances by that amount, which is returned. bufferCheck returns 1.
+    UINT GetBufferPtr(UINT command, UINT count = 0, void** start = nullptr, void** max = nullptr);
+
+private:
+    void Reserve(ULONGLONG length);
+
+    std::vector<BYTE> m_buffer;
+    ULONGLONG m_length = 0;
+    ULONGLONG m_position = 0;
+    UINT m_growBytes;
+};

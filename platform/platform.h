@@ -1,0 +1,86 @@
+// What an operating system must provide to the library, the viewer and the tools.
+// Everything here is implemented once per platform folder (posix/, win32/); no other
+// source calls the operating system directly.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// ---- Mailslots -------------------------------------------------------------
+// A slot is a named, local, message-oriented channel: the read side creates it,
+// write sides open it by name; one write is one message, delivered whole.
+// Handles are opaque pointers: null is a handle that was never opened (closing it
+// does nothing) and InvalidSlot() the result of a failed open.
+using SlotHandle = void*;
+inline SlotHandle InvalidSlot() { return reinterpret_cast<SlotHandle>(~static_cast<uintptr_t>(0)); }
+
+// Read side. Fails (InvalidSlot) when a slot of that name exists already.
+SlotHandle CreateSlot(const std::string& name);
+// Write side. Fails (InvalidSlot) when no slot of that name exists.
+SlotHandle OpenSlot(const std::string& name);
+// Sends count bytes as one message; any size. written receives the count sent.
+bool WriteSlot(SlotHandle slot, const void* data, uint32_t count, uint32_t* written);
+// Waits for the next message and reads it whole into data. Fails, leaving the
+// message queued, when it is larger than capacity. A slot whose wait is limited
+// (SetSlotReadTimeout) fails when nothing arrives in time.
+bool ReadSlot(SlotHandle slot, void* data, uint32_t capacity, uint32_t* read);
+// Size of the next message, waiting up to timeoutMs (-1: for ever). Returns false on
+// time-out, error or a signal. Lets a server wait with a bound and size its buffer.
+bool PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size);
+// Size of the next message, waiting as ReadSlot does.
+bool NextSlotMessageSize(SlotHandle slot, uint32_t* size);
+// 0 waits for ever (the default).
+void SetSlotReadTimeout(SlotHandle slot, int milliseconds);
+void CloseSlot(SlotHandle slot);
+
+// ---- Processes -------------------------------------------------------------
+int CurrentProcessId();
+// True while a process with that id exists and has not ended.
+bool ProcessExists(int pid);
+// Starts exe detached from the caller (never its zombie, no console), with the
+// given arguments after the program name. commandLine is the Windows-style line,
+// used as is where the system takes one. Returns the pid, or -1.
+int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& args);
+// Asks a viewer to close: its main window gets WM_CLOSE / its process SIGTERM.
+void RequestClose(int pid, intptr_t window);
+// Waits for the process to end. With timeoutMs < 0 waits for ever. True when it ended.
+bool WaitProcessExit(int pid, int timeoutMs);
+
+// ---- Files and folders -----------------------------------------------------
+char PathSeparator();
+// What ends the name of an executable file ("" or ".exe").
+const char* ExecutableSuffix();
+bool PathExists(const std::string& path);
+bool IsDirectory(const std::string& path);
+bool MakeDirectory(const std::string& path);
+bool DeleteFile(const std::string& path);
+// Folder of the module (shared library or executable) that holds this code.
+std::string ModuleDirectory();
+// Folder of the running executable.
+std::string ExecutableDirectory();
+// The per-user data folder: KPCB_DATA_DIR when set, else the system's default.
+std::string DataDirectory();
+std::string GetEnv(const char* name);
+
+// ---- Text ------------------------------------------------------------------
+// Conversions between the system's narrow code page and wide text.
+std::wstring AnsiToWide(const std::string& text);
+std::string WideToAnsi(const std::wstring& text);
+std::string Utf16ToAnsi(const char16_t* text, size_t count);
+
+// Allocation of strings handed to callers; FreeSysString releases them.
+wchar_t* AllocSysString(const wchar_t* text);
+void FreeSysString(wchar_t* text);
+
+// Broken-down local time, thread-safe.
+std::tm LocalTime(std::time_t when);
+
+// Trace output for debuggers (stderr on POSIX when KPCB_DEBUG_OUTPUT is set).
+void DebugOutput(const char* text);
+
+}  // namespace platform

@@ -1,0 +1,138 @@
+// Processes: /proc for liveness, a double fork so that a started viewer is never
+// the caller's child, SIGTERM as the close request, pidfd for waiting.
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "../platform.h"
+
+namespace platform {
+namespace {
+
+// Messages from the launching children to the caller, written whole into one pipe.
+struct LaunchNote {
+    int kind;  // 1: the viewer's pid; 2: exec failed, value is errno
+    int value;
+};
+
+void WriteNote(int fd, int kind, int value) {
+    const LaunchNote note{kind, value};
+    ssize_t r;
+    do {
+        r = write(fd, &note, sizeof(note));
+    } while (r < 0 && errno == EINTR);
+}
+
+[[noreturn]] void ExecViewer(const char* exe, char* const* argv, int noteFd) {
+    // A clean slate for the viewer: default signal handling, nothing blocked,
+    // no inherited descriptors but the standard ones on /dev/null.
+    sigset_t all;
+    sigfillset(&all);
+    sigprocmask(SIG_UNBLOCK, &all, nullptr);
+    for (int sig = 1; sig < NSIG; ++sig) signal(sig, SIG_DFL);
+    const int devNull = open("/dev/null", O_RDWR);
+    if (devNull >= 0) {
+        dup2(devNull, 0);
+        dup2(devNull, 1);
+        dup2(devNull, 2);
+        if (devNull > 2) close(devNull);
+    }
+    if (noteFd > 3) syscall(SYS_close_range, 3u, static_cast<unsigned>(noteFd - 1), 0u);
+    syscall(SYS_close_range, static_cast<unsigned>(noteFd + 1), ~0u, 0u);
+    execv(exe, argv);
+    WriteNote(noteFd, 2, errno);
+    _exit(127);
+}
+
+}  // namespace
+
+int CurrentProcessId() { return static_cast<int>(getpid()); }
+
+bool ProcessExists(int pid) {
+    if (pid <= 0) return false;
+    char path[64];
+    std::snprintf(path, sizeof(path), "/proc/%d/stat", pid);
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    char text[512];
+    const ssize_t n = read(fd, text, sizeof(text) - 1);
+    close(fd);
+    if (n <= 0) return false;
+    text[n] = '\0';
+    // The state follows the command name, which is in parentheses and may contain anything.
+    const char* close = std::strrchr(text, ')');
+    if (!close || close[1] != ' ') return false;
+    const char state = close[2];
+    return state != 'Z' && state != 'X' && state != 'x';
+}
+
+int StartProcess(const std::string& exe, const std::string& /*commandLine*/, const std::vector<std::string>& args) {
+    std::vector<std::string> owned;
+    owned.reserve(args.size() + 1);
+    owned.push_back(exe);
+    owned.insert(owned.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (std::string& a : owned) argv.push_back(&a[0]);
+    argv.push_back(nullptr);
+
+    int notes[2];
+    if (pipe2(notes, O_CLOEXEC) != 0) return -1;
+    const pid_t middle = fork();
+    if (middle < 0) {
+        close(notes[0]);
+        close(notes[1]);
+        return -1;
+    }
+    if (middle == 0) {
+        // The middle child starts the viewer and leaves at once, so the viewer is
+        // adopted by the system and never becomes the caller's zombie.
+        close(notes[0]);
+        setsid();
+        const pid_t viewer = fork();
+        if (viewer == 0) ExecViewer(argv[0], argv.data(), notes[1]);
+        WriteNote(notes[1], 1, viewer < 0 ? -1 : static_cast<int>(viewer));
+        _exit(0);
+    }
+    close(notes[1]);
+    int status;
+    while (waitpid(middle, &status, 0) < 0 && errno == EINTR) {
+    }
+    int viewerPid = -1;
+    bool execFailed = false;
+    LaunchNote note;
+    for (;;) {
+        const ssize_t r = read(notes[0], &note, sizeof(note));
+        if (r < 0 && errno == EINTR) continue;
+        if (r != static_cast<ssize_t>(sizeof(note))) break;  // every writer has gone: exec succeeded or failed
+        if (note.kind == 1) viewerPid = note.value;
+        if (note.kind == 2) execFailed = true;
+    }
+    close(notes[0]);
+    return execFailed ? -1 : viewerPid;
+}
+
+void RequestClose(int pid, intptr_t /*window*/) {
+    if (pid > 0) kill(pid, SIGTERM);
+}
+
+bool WaitProcessExit(int pid, int timeoutMs) {
+    if (pid <= 0) return true;
+    const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+    if (pidFd < 0) return !ProcessExists(pid);
+    pollfd p{pidFd, POLLIN, 0};
+    int r;
+    do {
+        r = poll(&p, 1, timeoutMs);
+    } while (r < 0 && errno == EINTR);
+    close(pidFd);
+    return r > 0;
+}
+
+}  // namespace platform

@@ -1,0 +1,22 @@
+// Where the tests find the built programs and a scratch folder of their own.
+#pragma once
+
+#include <string>
+
+namespace testing_support {
+// The folder that holds the library, the viewer and the test programs.
+std::string BinDir();
+// A new empty folder, removed with its contents when the object goes.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    const std::string& path() const { return m_path; }
+    std::string operator/(const std::string& name) const { return m_path + "/" + name; }
+
+private:
+    std::string m_path;
+};
+}  // namespace testing_support
