@@ -1,0 +1,210 @@
+// The slot and frame layer: message boundaries, sizes, strangers, and the frame rules.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "CMailslot.h"
+#include "CUniversalLogger.h"
+#include "FakeViewer.h"
+#include "TestPaths.h"
+#include "platform.h"
+
+using testing_support::Bytes;
+
+namespace {
+
+CString UniqueSlotName(const char* tag) {
+    static int counter = 0;
+    CString name;
+    name.Format("\\\\.\\mailslot\\KPCBTEST\\%s\\%d\\%d", tag, platform::CurrentProcessId(), ++counter);
+    return name;
+}
+
+Bytes ReadOne(platform::SlotHandle slot, uint32_t capacity, bool* ok = nullptr) {
+    Bytes out(capacity);
+    uint32_t read = 0;
+    const bool good = platform::ReadSlot(slot, out.data(), capacity, &read);
+    if (ok) *ok = good;
+    out.resize(good ? read : 0);
+    return out;
+}
+
+struct SlotPair {
+    explicit SlotPair(const char* tag) : name(UniqueSlotName(tag)), reader(0, name), writer(1, name) {
+        EXPECT_EQ(reader.Open(), 1);
+        EXPECT_EQ(writer.Open(), 1);
+    }
+    CString name;
+    CMailslot reader;
+    CMailslot writer;
+};
+
+}  // namespace
+
+TEST(Slots, ReadSideNameIsExclusiveAndWriteSideNeedsAReader) {
+    const CString name = UniqueSlotName("exclusive");
+    CMailslot writerFirst(1, name);
+    EXPECT_EQ(writerFirst.Open(), 0) << "no reader yet";
+    CMailslot first(0, name);
+    ASSERT_EQ(first.Open(), 1);
+    CMailslot second(0, name);
+    EXPECT_EQ(second.Open(), 0) << "a second creation of the same name must fail";
+    CMailslot writer(1, name);
+    EXPECT_EQ(writer.Open(), 1);
+}
+
+TEST(Slots, ClosingTheReaderFreesTheName) {
+    const CString name = UniqueSlotName("reuse");
+    {
+        CMailslot first(0, name);
+        ASSERT_EQ(first.Open(), 1);
+    }
+    CMailslot again(0, name);
+    EXPECT_EQ(again.Open(), 1);
+}
+
+TEST(Slots, ShortBufferFailsAndLeavesTheMessageQueued) {
+    SlotPair pair("short");
+    const Bytes five{1, 2, 3, 4, 5};
+    ASSERT_EQ(pair.writer.WriteBytes(five.data(), 5), 1);
+    bool ok = true;
+    ReadOne(pair.reader.GetHandle(), 4, &ok);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 5, &ok), five);
+    EXPECT_TRUE(ok);
+}
+
+TEST(Slots, MessagesKeepTheirBoundariesAndOrder) {
+    SlotPair pair("order");
+    for (uint8_t i = 1; i <= 5; ++i) {
+        const Bytes message(i, i);
+        ASSERT_EQ(pair.writer.WriteBytes(message.data(), i), 1);
+    }
+    for (uint8_t i = 1; i <= 5; ++i) EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 100), Bytes(i, i));
+}
+
+TEST(Slots, SixtyFourMebibyteMessageArrivesWhole) {
+    SlotPair pair("large");
+    const uint32_t size = 64u << 20;
+    Bytes big(size);
+    for (uint32_t i = 0; i < size; ++i) big[i] = static_cast<uint8_t>(i * 2654435761u >> 24);
+    ASSERT_EQ(pair.writer.WriteBytes(big.data(), size), 1);
+    const Bytes small{9, 9};
+    ASSERT_EQ(pair.writer.WriteBytes(small.data(), 2), 1);
+    bool ok = true;
+    ReadOne(pair.reader.GetHandle(), size - 1, &ok);
+    EXPECT_FALSE(ok) << "one byte short must fail and keep the message";
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), size, &ok), big);
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), small) << "the next message follows the large one";
+}
+
+TEST(Slots, MessagesFromAnotherUserAreDropped) {
+    if (getuid() != 0) GTEST_SKIP() << "needs root to send as another user";
+    SlotPair pair("stranger");
+    const std::string name = pair.name.str();
+    const pid_t child = fork();
+    if (child == 0) {
+        if (setgid(65534) != 0 || setuid(65534) != 0) _exit(2);
+        platform::SlotHandle slot = platform::OpenSlot(name);
+        if (slot == platform::InvalidSlot()) _exit(3);
+        const char stranger[] = "stranger";
+        uint32_t written = 0;
+        _exit(platform::WriteSlot(slot, stranger, sizeof(stranger), &written) ? 0 : 4);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    ASSERT_EQ(WEXITSTATUS(status), 0);
+    const Bytes own{'o', 'w', 'n'};
+    ASSERT_EQ(pair.writer.WriteBytes(own.data(), 3), 1);
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 64), own);
+}
+
+TEST(Frames, ZeroLengthFileSendsOneMessageAndSucceeds) {
+    testing_support::TempDir dir;
+    GetUniversalLogger().Init(CString(dir / "log/KAPI.log"), 1);
+    SlotPair pair("zero");
+    CMemFile empty(1024);
+    EXPECT_EQ(pair.writer.SendFrame(empty), 1);
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), testing_support::LengthMessage(0));
+    uint32_t size = 0;
+    EXPECT_FALSE(platform::PeekSlotMessageSize(pair.reader.GetHandle(), 50, &size)) << "only one message";
+    std::ifstream log(dir / "log/KAPI.log");
+    std::stringstream text;
+    text << log.rdbuf();
+    EXPECT_NE(text.str().find("Send Fail data : 0"), std::string::npos);
+}
+
+TEST(Frames, FrameIsLengthThenPayload) {
+    SlotPair pair("frame");
+    CMemFile file(1024);
+    const Bytes payload{0x08, 0, 0, 0, 0x02, 0, 0, 0, 0, 0, 0, 0};
+    file.Write(payload.data(), static_cast<UINT>(payload.size()));
+    EXPECT_EQ(pair.writer.SendFrame(file), 1);
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), (Bytes{12, 0, 0, 0}));
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 64), payload);
+}
+
+TEST(Frames, ShorterPayloadLeavesTheRestOfTheAnnouncedSize) {
+    SlotPair pair("shorter");
+    const Bytes length = testing_support::LengthMessage(8);
+    const Bytes payload{1, 2, 3};
+    pair.writer.WriteBytes(length.data(), 4);
+    pair.writer.WriteBytes(payload.data(), 3);
+    CMemFile file(1024);
+    ASSERT_EQ(pair.reader.ReceiveFrame(file), 1);
+    ASSERT_EQ(file.GetLength(), 8u);
+    Bytes got(8);
+    file.Read(got.data(), 8);
+    EXPECT_EQ(got, (Bytes{1, 2, 3, 0, 0, 0, 0, 0}));
+}
+
+TEST(Frames, LongerPayloadThanAnnouncedFails) {
+    SlotPair pair("longer");
+    const Bytes length = testing_support::LengthMessage(2);
+    const Bytes payload{1, 2, 3};
+    pair.writer.WriteBytes(length.data(), 4);
+    pair.writer.WriteBytes(payload.data(), 3);
+    CMemFile file(1024);
+    EXPECT_EQ(pair.reader.ReceiveFrame(file), 0);
+}
+
+TEST(Frames, HugeAnnouncedLengthIsRefusedWithoutAllocating) {
+    SlotPair pair("huge");
+    const Bytes length = testing_support::LengthMessage(0xFFFFFFF0u);
+    const Bytes payload{1, 2, 3, 4};
+    pair.writer.WriteBytes(length.data(), 4);
+    pair.writer.WriteBytes(payload.data(), 4);
+    CMemFile file(1024);
+    EXPECT_EQ(pair.reader.ReceiveFrame(file), 0);
+    EXPECT_EQ(file.GetLength(), 0u);
+}
+
+TEST(Frames, ReplyShorterThanFourBytesIsRejectedBeforeLoading) {
+    for (uint32_t size = 1; size <= 3; ++size) {
+        SlotPair pair("tiny");
+        const Bytes length = testing_support::LengthMessage(size);
+        const Bytes payload(size, 0xAB);
+        pair.writer.WriteBytes(length.data(), 4);
+        pair.writer.WriteBytes(payload.data(), size);
+        CKPRCI__BaseRV reply;
+        reply.SetErrorCode(77);
+        EXPECT_EQ(ReceiveRecord(pair.reader, new CMemFile(1024), reply), 0) << size;
+        EXPECT_EQ(reply.GetErrorCode(), 77) << "nothing loaded for size " << size;
+    }
+}
+
+TEST(Frames, ReceiveRecordLoadsTheErrorCode) {
+    SlotPair pair("record");
+    const Bytes length = testing_support::LengthMessage(4);
+    const Bytes payload{0x38, 0xFF, 0xFF, 0xFF};  // -200
+    pair.writer.WriteBytes(length.data(), 4);
+    pair.writer.WriteBytes(payload.data(), 4);
+    CKPRCI__BaseRV reply;
+    EXPECT_EQ(ReceiveRecord(pair.reader, new CMemFile(1024), reply), 1);
+    EXPECT_EQ(reply.GetErrorCode(), -200);
+}
