@@ -12,17 +12,7 @@
 namespace kapi {
 namespace {
 std::atomic<int> g_replyTimeoutMs{0};
-
-CString MakeSlotName(const char* root, int pid) {
-    CString name;
-    name.Format("%s%s%d", root, "RCIMR\\", pid);
-    return name;
-}
 }  // namespace
-
-CString MakeCommandSlotName(int pid) { return MakeSlotName("\\\\.\\mailslot\\KPCB\\", pid); }
-CString MakeReplySlotName(int pid) { return MakeSlotName("\\\\.\\mailslot\\KAPI\\", pid); }
-CString ReturnSlotName() { return CString("\\\\.\\mailslot\\KAPI\\RETURN"); }
 
 CString WideToCString(const wchar_t* text) {
     if (!text) return CString();

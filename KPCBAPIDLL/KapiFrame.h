@@ -9,6 +9,7 @@
 #include "CString.h"
 #include "CStringArray.h"
 #include "KPCBAPI.h"
+#include "SlotNames.h"
 
 namespace kapi {
 
@@ -17,12 +18,9 @@ constexpr int kNotRunning = KPCB_NOT_RUNNING;
 constexpr int kSlotUnavailable = KPCB_SLOT_UNAVAILABLE;
 constexpr int kNoReply = KPCB_NO_REPLY;
 
-// "\\.\mailslot\KPCB\RCIMR\<pid>": the viewer's command slot.
-CString MakeCommandSlotName(int pid);
-// "\\.\mailslot\KAPI\RCIMR\<pid>": the library's reply slot for that viewer.
-CString MakeReplySlotName(int pid);
-// "\\.\mailslot\KAPI\RETURN": the launch hello and the explorer acknowledgement.
-CString ReturnSlotName();
+using ::MakeCommandSlotName;
+using ::MakeReplySlotName;
+using ::ReturnSlotName;
 
 // Wide text to the narrow code page; null gives an empty string.
 CString WideToCString(const wchar_t* text);

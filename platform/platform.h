@@ -51,6 +51,12 @@ void RequestClose(int pid, intptr_t window);
 // Waits for the process to end. With timeoutMs < 0 waits for ever. True when it ended.
 bool WaitProcessExit(int pid, int timeoutMs);
 
+// Viewer side: makes the platform's close request (WM_CLOSE to the main window,
+// SIGTERM on POSIX) set a flag and interrupt slot waits. Returns the value that
+// identifies the main window in the hello (positive).
+intptr_t InstallCloseRequest();
+bool CloseRequested();
+
 // ---- Files and folders -----------------------------------------------------
 char PathSeparator();
 // What ends the name of an executable file ("" or ".exe").

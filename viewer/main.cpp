@@ -1,1 +1,79 @@
-int main() { return 0; }
+// KorbinPCB reference viewer: serves the KPCBAPI protocol without a screen.
+//   KorbinPCB -LAUNCH-FROM-KAPI[-HIDE] <board file>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "FrameReader.h"
+#include "Journal.h"
+#include "SlotNames.h"
+#include "ViewerServer.h"
+#include "platform.h"
+
+namespace {
+
+// Negative hello values: why the viewer could not start.
+constexpr int kHelloBoardUnreadable = -3;
+constexpr int kHelloSlotTaken = -6;
+constexpr int kHelloOpenWaitMs = 60000;
+
+const char kHelp[] =
+    "KorbinPCB reference viewer\n"
+    "\n"
+    "Usage: KorbinPCB -LAUNCH-FROM-KAPI <board file>\n"
+    "       KorbinPCB -LAUNCH-FROM-KAPI-HIDE <board file>\n"
+    "\n"
+    "Started by KPCB_Launch. It creates its command slot, says hello to the launching\n"
+    "library (its window value, or a negative failure code) and serves commands until\n"
+    "it is asked to close (SIGTERM on POSIX, WM_CLOSE on Windows).\n"
+    "\n"
+    "Hello failure codes:\n"
+    "  -3  the board file is missing or cannot be read\n"
+    "  -6  the command slot of this process id is taken\n"
+    "\n"
+    "Environment:\n"
+    "  KPCB_VIEWER_JOURNAL=<file>  append one line per record received\n"
+    "\n"
+    "This build keeps the view state that commands set and answers every query with\n"
+    "a well-formed reply. Queries about the board's contents (pin counts, pitch,\n"
+    "placement, net pins, copper merge) answer error code 0 and zero values for now.\n";
+
+bool SayHello(int value) {
+    return SendMessageTo(ReturnSlotName(), &value, sizeof(value), kHelloOpenWaitMs) == 1;
+}
+
+bool Readable(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return file.good() && !platform::IsDirectory(path);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc >= 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
+        std::fputs(kHelp, stdout);
+        return 0;
+    }
+    if (argc != 3 || (std::strcmp(argv[1], "-LAUNCH-FROM-KAPI") != 0 && std::strcmp(argv[1], "-LAUNCH-FROM-KAPI-HIDE") != 0)) {
+        std::fputs(kHelp, stderr);
+        return 2;
+    }
+    const intptr_t window = platform::InstallCloseRequest();
+
+    viewer::ViewerContext context;
+    context.boardPath = argv[2];
+    if (!Readable(context.boardPath)) {
+        SayHello(kHelloBoardUnreadable);
+        return 3;
+    }
+    viewer::Journal journal(platform::GetEnv("KPCB_VIEWER_JOURNAL"));
+    viewer::ViewerServer server(context, journal);
+    if (!server.Open()) {
+        SayHello(kHelloSlotTaken);
+        return 4;
+    }
+    if (!SayHello(static_cast<int>(window))) return 5;
+    server.Run();
+    return 0;
+}

@@ -51,7 +51,23 @@ void WriteNote(int fd, int kind, int value) {
     _exit(127);
 }
 
+volatile sig_atomic_t g_closeRequested = 0;
+
+void OnCloseSignal(int) { g_closeRequested = 1; }
+
 }  // namespace
+
+intptr_t InstallCloseRequest() {
+    struct sigaction action{};
+    action.sa_handler = OnCloseSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = 0;  // no restart: a wait in progress ends at once
+    sigaction(SIGTERM, &action, nullptr);
+    sigaction(SIGINT, &action, nullptr);
+    return static_cast<intptr_t>(getpid());
+}
+
+bool CloseRequested() { return g_closeRequested != 0; }
 
 int CurrentProcessId() { return static_cast<int>(getpid()); }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "FrameReader.h"
 #include "KapiFrame.h"
 #include "platform.h"
 
@@ -14,6 +15,8 @@ Bytes LengthMessage(uint32_t length) {
     std::memcpy(out.data(), &length, 4);
     return out;
 }
+
+int FakeViewer::SelfPid() { return platform::CurrentProcessId(); }
 
 FakeViewer::FakeViewer() : m_pid(platform::CurrentProcessId()) {
     m_slot = platform::CreateSlot(kapi::MakeCommandSlotName(m_pid).str());
@@ -120,17 +123,9 @@ bool FakeViewer::Deliver(const Armed& armed) {
     const std::string name =
         armed.channel == Channel::ReplySlot ? kapi::MakeReplySlotName(m_pid).str() : kapi::ReturnSlotName().str();
     // The caller may create its slot only after sending (the explorer does): wait for it.
-    platform::SlotHandle slot = platform::InvalidSlot();
-    for (int tries = 0; tries < 2000 && slot == platform::InvalidSlot(); ++tries) {
-        slot = platform::OpenSlot(name);
-        if (slot == platform::InvalidSlot()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    if (slot == platform::InvalidSlot()) return false;
-    for (const Bytes& message : armed.messages) {
-        uint32_t written = 0;
-        platform::WriteSlot(slot, message.data(), static_cast<uint32_t>(message.size()), &written);
-    }
-    platform::CloseSlot(slot);
+    CMailslot slot(1, CString(name));
+    if (!OpenWhenReady(slot, 4000)) return false;
+    for (const Bytes& message : armed.messages) slot.WriteBytes(message.data(), static_cast<unsigned>(message.size()));
     return true;
 }
 

@@ -47,6 +47,8 @@ public:
     FakeViewer& operator=(const FakeViewer&) = delete;
 
     int pid() const { return m_pid; }
+    // This process's id: running, but with no command slot unless a FakeViewer exists.
+    static int SelfPid();
 
     // Answers with a frame (length message, then payload) once the onFrame-th frame
     // after this call has arrived. Answers queue up in order.

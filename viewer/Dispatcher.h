@@ -1,0 +1,47 @@
+// Turns each command record into a change of the viewer's state and, for queries,
+// an answer. Each command family registers its handlers in a file of its own.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "CKPRCI__Base.h"
+#include "ViewerState.h"
+
+namespace viewer {
+
+struct Answer {
+    enum class Channel { None, ReplySlot, ReturnSlot };
+    Channel channel = Channel::None;
+    std::vector<unsigned char> bytes;  // reply slot: the frame's payload; return slot: the bare message
+    std::string note;                  // what was done, for the journal
+};
+
+// The image of a reply record, ready to send as a frame on the reply slot.
+Answer ReplyAnswer(CKPRCI__BaseRV& reply, std::string note);
+Answer NoAnswer(std::string note);
+
+// Everything a handler may look at or change.
+struct ViewerContext {
+    ViewState view;
+    std::string boardPath;
+};
+
+using Handler = std::function<Answer(CKPRCI__Base& record, ViewerContext& context)>;
+
+class Dispatcher {
+public:
+    Dispatcher();
+    void Register(int classId, Handler handler) { m_handlers[classId] = std::move(handler); }
+    Answer Handle(CKPRCI__Base& record, ViewerContext& context) const;
+
+private:
+    std::map<int, Handler> m_handlers;
+};
+
+// Registration of each family's handlers.
+void RegisterViewHandlers(Dispatcher& dispatcher);
+
+}  // namespace viewer

@@ -1,0 +1,99 @@
+#include "ViewerServer.h"
+
+#include "FrameReader.h"
+#include "HighlightRecords.h"
+#include "RecordFactory.h"
+#include "RedMarkRecords.h"
+#include "SlotNames.h"
+#include "platform.h"
+
+namespace viewer {
+namespace {
+constexpr int kPollMs = 200;
+constexpr int kAnswerOpenWaitMs = 2000;
+
+std::vector<unsigned char> Contents(CMemFile& file) {
+    std::vector<unsigned char> bytes(static_cast<size_t>(file.GetLength()));
+    file.SeekToBegin();
+    if (!bytes.empty()) file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+    file.SeekToBegin();
+    return bytes;
+}
+}  // namespace
+
+bool ArrivesTwice(const CKPRCI__Base& record) {
+    switch (record.GetClassID()) {
+    case CKPRCI_Highlight::ClassID:
+    case CKPRCI_Highlight_ZoomHighlightForSection_NetRefPin::ClassID:
+        return true;
+    case CKPRCI_RedMark_SetStatusForCalling::ClassID:
+        return static_cast<const CKPRCI_RedMark_SetStatusForCalling&>(record).IsReturnMode() == 1;
+    default:
+        return false;
+    }
+}
+
+ViewerServer::ViewerServer(ViewerContext& context, Journal& journal)
+    : m_context(context), m_journal(journal), m_pid(platform::CurrentProcessId()),
+      m_commandSlot(0, MakeCommandSlotName(platform::CurrentProcessId())) {}
+
+bool ViewerServer::Open() { return m_commandSlot.Open() == 1; }
+
+void ViewerServer::Run() {
+    CMemFile frame(1024);
+    while (!platform::CloseRequested()) {
+        switch (ReceiveFrameWithin(m_commandSlot, frame, kPollMs)) {
+        case FrameResult::Nothing:
+            break;
+        case FrameResult::Malformed:
+            m_journal.Malformed("messages that do not form a frame");
+            break;
+        case FrameResult::Frame:
+            Serve(frame);
+            break;
+        }
+    }
+}
+
+void ViewerServer::Serve(CMemFile& frame) {
+    const std::vector<unsigned char> image = Contents(frame);
+    std::unique_ptr<CKPRCI__Base> record = LoadCommandRecord(frame);
+    if (!record) {
+        m_journal.Malformed("undecodable record of " + std::to_string(image.size()) + " bytes");
+        return;
+    }
+    const int classId = record->GetClassID();
+    const char* name = CommandRecordName(classId);
+
+    if (!m_pendingImage.empty()) {
+        const bool secondCopy = image == m_pendingImage;
+        Answer pending = std::move(m_pendingAnswer);
+        m_pendingImage.clear();
+        Send(pending);  // the second copy, or a late answer when another request came instead
+        if (secondCopy) {
+            m_journal.Record(classId, name, image.data(), image.size(), "second copy answered");
+            return;
+        }
+    }
+    Answer answer = m_dispatcher.Handle(*record, m_context);
+    m_journal.Record(classId, name, image.data(), image.size(), answer.note);
+    if (ArrivesTwice(*record) && answer.channel == Answer::Channel::ReplySlot) {
+        m_pendingImage = image;
+        m_pendingAnswer = std::move(answer);
+        return;
+    }
+    Send(answer);
+}
+
+void ViewerServer::Send(const Answer& answer) {
+    const uint32_t size = static_cast<uint32_t>(answer.bytes.size());
+    if (answer.channel == Answer::Channel::ReplySlot) {
+        if (!SendFrameTo(MakeReplySlotName(m_pid), answer.bytes.data(), size, kAnswerOpenWaitMs))
+            m_journal.Malformed("no reply slot to answer on");
+    } else if (answer.channel == Answer::Channel::ReturnSlot) {
+        if (!SendMessageTo(ReturnSlotName(), answer.bytes.data(), size, kAnswerOpenWaitMs))
+            m_journal.Malformed("no return slot to acknowledge on");
+    }
+}
+
+}  // namespace viewer

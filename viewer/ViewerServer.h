@@ -1,0 +1,40 @@
+// The viewer's protocol loop: owns the command slot, reads frames, decodes them,
+// hands them to the dispatcher and sends the answers.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "CMailslot.h"
+#include "Dispatcher.h"
+#include "Journal.h"
+
+namespace viewer {
+
+class ViewerServer {
+public:
+    ViewerServer(ViewerContext& context, Journal& journal);
+    // Creates the command slot of this process; false when the name is taken.
+    bool Open();
+    // Serves frames until the close request arrives.
+    void Run();
+
+private:
+    void Serve(CMemFile& frame);
+    void Send(const Answer& answer);
+
+    ViewerContext& m_context;
+    Journal& m_journal;
+    Dispatcher m_dispatcher;
+    int m_pid;
+    CMailslot m_commandSlot;
+    // A request that the library sends twice waits here for its second copy.
+    std::vector<unsigned char> m_pendingImage;
+    Answer m_pendingAnswer;
+};
+
+// Requests that the library always sends twice (before and after its reply slot
+// exists): the viewer acts on the first copy and answers the second.
+bool ArrivesTwice(const CKPRCI__Base& record);
+
+}  // namespace viewer
