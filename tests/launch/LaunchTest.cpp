@@ -1,0 +1,217 @@
+// Launch, liveness and exit against the real viewer process, and launch failures
+// with the shared library copied into folders laid out for each case.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "KPCBAPI.hpp"
+#include "TestPaths.h"
+#include "platform.h"
+
+namespace fs = std::filesystem;
+using testing_support::TempDir;
+
+namespace {
+
+std::vector<std::string> ReadLines(const std::string& path) {
+    std::vector<std::string> lines;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+// The class id column of every journal line.
+std::vector<int> JournalClassIds(const std::string& path) {
+    std::vector<int> ids;
+    for (const std::string& line : ReadLines(path)) {
+        std::istringstream fields(line);
+        std::string seq, id;
+        std::getline(fields, seq, '\t');
+        std::getline(fields, id, '\t');
+        ids.push_back(id == "-" ? -1 : std::stoi(id));
+    }
+    return ids;
+}
+
+bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 5000) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+// No child of this process is left, running or as a zombie.
+bool NoChildren() {
+    int status;
+    return waitpid(-1, &status, WNOHANG) == -1 && errno == ECHILD;
+}
+
+class LaunchTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("KPCB_DATA_DIR", data.path().c_str(), 1);
+        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        std::ofstream(board) << "board\n";
+    }
+    void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
+
+    TempDir data;
+    std::string journal = data / "journal.txt";
+    std::string board = data / "board.pdbba";
+};
+
+// A copy of the shared library in a folder of its own, with chosen viewer files beside it.
+class LibraryCopy {
+public:
+    LibraryCopy() {
+        fs::copy_file(testing_support::BinDir() + "/libKPCBAPIDLL.so", dir / "libKPCBAPIDLL.so");
+    }
+    ~LibraryCopy() {
+        if (handle) dlclose(handle);
+    }
+    void AddViewer(const std::string& name) { fs::copy_file(testing_support::BinDir() + "/KorbinPCB", dir / name); }
+    void AddFile(const std::string& name, unsigned mode) {
+        std::ofstream(dir / name) << "not a program\n";
+        chmod((dir / name).c_str(), mode);
+    }
+    int Launch(const std::string& file) {
+        if (!handle) handle = dlopen((dir / "libKPCBAPIDLL.so").c_str(), RTLD_NOW | RTLD_LOCAL);
+        EXPECT_NE(handle, nullptr) << dlerror();
+        auto launch = reinterpret_cast<int (*)(const wchar_t*)>(dlsym(handle, "KPCB_Launch"));
+        const std::wstring wide(file.begin(), file.end());
+        return launch(wide.c_str());
+    }
+    int Exit(int pid, int wait) {
+        auto exit = reinterpret_cast<int (*)(int, int)>(dlsym(handle, "KPCB_Exit"));
+        return exit(pid, wait);
+    }
+
+    TempDir dir;
+    void* handle = nullptr;
+};
+
+std::string ExecutableOf(int pid) {
+    return fs::read_symlink("/proc/" + std::to_string(pid) + "/exe").filename().string();
+}
+
+}  // namespace
+
+TEST_F(LaunchTest, LaunchDriveAndExitWithoutWaiting) {
+    const int pid = KPCB_Launch(CString(board), 0);
+    ASSERT_GT(pid, 0);
+    EXPECT_EQ(KPCB_IsRunning(pid), 1);
+    EXPECT_EQ(KPCB_ZoomIn(pid), 0);
+    EXPECT_EQ(KPCB_ViewMirror(pid), 0);
+    const double angle = 45;
+    EXPECT_EQ(KPCB_RotateBoard(pid, &angle), 0);
+    EXPECT_EQ(KPCB_SetMainTitle(pid, "Main board"), 0) << "the viewer answers the title";
+    EXPECT_EQ(JournalClassIds(journal), (std::vector<int>{8, 8, 12, 27}));
+
+    EXPECT_EQ(KPCB_Exit(pid, 0), KPCB_EXIT_NOT_WAITED);
+    EXPECT_EQ(KPCB_Exit(pid, 0), KPCB_NOT_RUNNING) << "forgotten, or already gone";
+    EXPECT_TRUE(WaitUntil([&] { return KPCB_IsRunning(pid) == 0; }));
+    EXPECT_TRUE(NoChildren());
+    // The exit switched the red-mark tool off first.
+    EXPECT_EQ(JournalClassIds(journal).back(), 20);
+}
+
+TEST_F(LaunchTest, ExitWithWaitReturnsOnceTheProcessIsGone) {
+    const int pid = KPCB_Launch(CString(board), 1);
+    ASSERT_GT(pid, 0);
+    EXPECT_EQ(KPCB_Exit(pid, 1), KPCB_OK);
+    EXPECT_EQ(KPCB_IsRunning(pid), 0);
+    EXPECT_EQ(KPCB_Exit(pid, 1), KPCB_NOT_RUNNING);
+    EXPECT_TRUE(NoChildren());
+}
+
+TEST_F(LaunchTest, ExitOfAProcessNotLaunchedHereIsMinusFour) {
+    EXPECT_EQ(KPCB_Exit(platform::CurrentProcessId(), 0), KPCB_NOT_RUNNING);
+    EXPECT_EQ(KPCB_Exit(0x7FFFFFF0, 1), KPCB_NOT_RUNNING);
+}
+
+TEST_F(LaunchTest, TwoViewersRunSideBySide) {
+    const int first = KPCB_Launch(CString(board), 1);
+    const int second = KPCB_Launch(CString(board), 1);
+    ASSERT_GT(first, 0);
+    ASSERT_GT(second, 0);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(KPCB_SetMainTitle(first, "one"), 0);
+    EXPECT_EQ(KPCB_SetMainTitle(second, "two"), 0);
+    EXPECT_EQ(KPCB_Exit(first, 1), 0);
+    EXPECT_EQ(KPCB_IsRunning(second), 1);
+    EXPECT_EQ(KPCB_Exit(second, 1), 0);
+}
+
+TEST_F(LaunchTest, MissingDesignFileIsMinus200AndStartsNothing) {
+    EXPECT_EQ(KPCB_Launch(CString(data / "missing.pdbb"), 0), KPCB_ERR_200);
+    EXPECT_EQ(KPCB_Launch(static_cast<const wchar_t*>(nullptr)), KPCB_ERR_200);
+    EXPECT_TRUE(NoChildren());
+    EXPECT_TRUE(ReadLines(journal).empty());
+}
+
+TEST_F(LaunchTest, NegativeHelloIsReturnedAndNothingStored) {
+    // A folder passes the existence test but cannot be read as a board: the viewer says -3.
+    const int result = KPCB_Launch(CString(data.path()), 0);
+    EXPECT_EQ(result, -3);
+}
+
+TEST_F(LaunchTest, TheLaunchIsLogged) {
+    const int pid = KPCB_Launch(CString(board), 1);
+    ASSERT_GT(pid, 0);
+    KPCB_Exit(pid, 1);
+    const std::vector<std::string> log = ReadLines(data / "Log/KAPI.log");
+    ASSERT_FALSE(log.empty());
+    EXPECT_NE(log.front().find("\" -LAUNCH-FROM-KAPI-HIDE \"" + board + "\""), std::string::npos) << log.front();
+}
+
+TEST_F(LaunchTest, NoViewerBesideTheLibraryIsMinus201) {
+    LibraryCopy copy;
+    EXPECT_EQ(copy.Launch(board), KPCB_ERR_201);
+}
+
+TEST_F(LaunchTest, ViewerThatCannotBeStartedIsMinus202) {
+    LibraryCopy copy;
+    copy.AddFile("KorbinPCB", 0644);
+    EXPECT_EQ(copy.Launch(board), KPCB_ERR_202);
+    EXPECT_TRUE(NoChildren());
+}
+
+TEST_F(LaunchTest, ViewerNamesAreTriedInOrder) {
+    {
+        LibraryCopy copy;
+        copy.AddViewer("KorbinPCB_n");
+        const int pid = copy.Launch(board);
+        ASSERT_GT(pid, 0);
+        EXPECT_EQ(ExecutableOf(pid), "KorbinPCB_n");
+        EXPECT_EQ(copy.Exit(pid, 1), 0);
+    }
+    {
+        LibraryCopy copy;
+        copy.AddViewer("KorbinPCB_n");
+        copy.AddViewer("KorbinPCB_l");
+        const int pid = copy.Launch(board);
+        ASSERT_GT(pid, 0);
+        EXPECT_EQ(ExecutableOf(pid), "KorbinPCB_l");
+        EXPECT_EQ(copy.Exit(pid, 1), 0);
+    }
+}
+
+TEST_F(LaunchTest, CallerSignalHandlersAreUntouched) {
+    struct sigaction before{}, after{};
+    sigaction(SIGCHLD, nullptr, &before);
+    const int pid = KPCB_Launch(CString(board), 1);
+    ASSERT_GT(pid, 0);
+    KPCB_Exit(pid, 1);
+    sigaction(SIGCHLD, nullptr, &after);
+    EXPECT_EQ(before.sa_handler, after.sa_handler);
+}

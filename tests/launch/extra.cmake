@@ -1,0 +1,3 @@
+# Every launch waits on the one return slot: launches must not overlap.
+list(APPEND test_properties RESOURCE_LOCK kpcb_return_slot)
+add_dependencies(test_${area} KorbinPCB KPCBAPIDLL)
