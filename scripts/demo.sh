@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Sets up the machine, builds in release mode and runs the demo against the
+# reference viewer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release -DKPCB_BUILD_TESTS=OFF >/dev/null
+cmake --build build/release -j"$(nproc 2>/dev/null || echo 2)" --target kpcb_demo KorbinPCB KPCBAPIDLL
+exec build/release/bin/kpcb_demo "$@"
