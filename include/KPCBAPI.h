@@ -86,6 +86,135 @@ KPCBAPI_EXPORT int KPCB_PickingTool_OnOff(int pid, int onOff);
 KPCBAPI_EXPORT int KPCB_RedMark_OnOff(int pid, int onOff);
 KPCBAPI_EXPORT int KPCB_MiniMap_OnOff(int pid, int onOff);
 
+/* ---- Highlight ------------------------------------------------------------
+ * Names come as one text and a set of separator characters: every separator
+ * character splits, empty tokens between separators are dropped, each token is
+ * trimmed of blanks. Colours are r | g << 8 | b << 16. */
+
+/* Highlights the named objects (kind 0, 1 or 2) in red; waits for the viewer.
+ * 0; -4; -200 when kind is outside 0..2 (nothing sent); -5; -7; -201 from the viewer. */
+KPCBAPI_EXPORT int KPCB_Highlight(int pid, int kind, const char* names, const char* separators, int contrast);
+/* As KPCB_Highlight, in the colour r, g, b (function 1: dependent colour). */
+KPCBAPI_EXPORT int KPCB_Highlight_DependentColor(int pid, int kind, const char* names, const char* separators,
+                                                 unsigned char r, unsigned char g, unsigned char b, int contrast,
+                                                 int layerColorFromApi);
+/* As KPCB_Highlight_DependentColor on all layers (function 2). */
+KPCBAPI_EXPORT int KPCB_Highlight_DependentColor_AllLayer(int pid, int kind, const char* names, const char* separators,
+                                                          unsigned char r, unsigned char g, unsigned char b,
+                                                          int contrast, int layerColorFromApi);
+/* As KPCB_Highlight_DependentColor on the named layers only (function 3). */
+KPCBAPI_EXPORT int KPCB_Highlight_SpecificLayer(int pid, int kind, const char* names, const char* separators,
+                                                unsigned char r, unsigned char g, unsigned char b, int contrast,
+                                                int layerColorFromApi, int layerNameType, const char* layerNames,
+                                                const char* layerSeparators);
+/* Highlights pins of one component; returns the viewer's answer as it stands
+ * (0 or its code), or -4, -5, -7. */
+KPCBAPI_EXPORT int KPCB_Highlight_RefPin(int pid, const char* ref, const char* pins, const char* separators,
+                                         unsigned char r, unsigned char g, unsigned char b, int layerColorFromApi);
+/* As KPCB_Highlight_RefPin, and zooms to the pins. */
+KPCBAPI_EXPORT int KPCB_Highlight_RefPin_Zoom(int pid, const char* ref, const char* pins, const char* separators,
+                                              unsigned char r, unsigned char g, unsigned char b,
+                                              int layerColorFromApi);
+/* Highlights and zooms to the section of a net between two pins: 0, -4, -5, -7,
+ * or the viewer's -200 / -201. */
+KPCBAPI_EXPORT int KPCB_ZoomHighlightForSection_NetRefPin(int pid, const char* net, const char* ref1,
+                                                          const char* pin1, const char* ref2, const char* pin2);
+/* Sets the viewer's current highlight colour (one-way). */
+KPCBAPI_EXPORT int KPCB_Highlight_SetCurrentColor(int pid, unsigned char r, unsigned char g, unsigned char b);
+/* Clears highlighting (one-way). */
+KPCBAPI_EXPORT int KPCB_Highlight_Clear(int pid);
+/* KPCB_Highlight_ZoomNetSegment takes C++ objects: see KPCBAPI.hpp. */
+
+/* ---- Layer visibility (one-way: 0, -4, -5) -------------------------------- */
+
+/* Shows (visible non-zero) or hides the named layers; the others stay as they are. */
+KPCBAPI_EXPORT int KPCB_Visible_Layers(int pid, const char* names, const char* separators, int visible);
+/* Shows only the named layers. */
+KPCBAPI_EXPORT int KPCB_Visible_Layers_Only(int pid, const char* names, const char* separators);
+/* As KPCB_Visible_Layers with the ECAD system's layer names. */
+KPCBAPI_EXPORT int KPCB_Visible_ECAD_Layers(int pid, const char* names, const char* separators, int visible);
+/* As KPCB_Visible_Layers_Only with the ECAD system's layer names. */
+KPCBAPI_EXPORT int KPCB_Visible_ECAD_Layers_Only(int pid, const char* names, const char* separators);
+
+/* ---- Red marks -------------------------------------------------------------
+ * Paths and titles are wide strings. String results follow the rule at the top. */
+
+/* Asks the viewer to save its red marks to path (ascii non-zero: text). One-way. */
+KPCBAPI_EXPORT int KPCB_RedMarkSave(int pid, const wchar_t* path, int ascii);
+/* Loads red marks from path and returns their titles joined with delimiter.
+ * -200 (nothing sent) when the file does not exist; -4, -5, -7. */
+KPCBAPI_EXPORT int KPCB_RedMarkLoad(int pid, const wchar_t* path, wchar_t** titles, const wchar_t* delimiter, int ascii);
+/* Calls up the red mark with that title and returns its contents; -200 for an
+ * unknown title (contents untouched); -4, -5, -7. */
+KPCBAPI_EXPORT int KPCB_CallSelectedItemFromRedMark(int pid, const wchar_t* title, wchar_t** contents);
+/* Removes the red mark with that title; -200 for an unknown title; -4, -5, -7. */
+KPCBAPI_EXPORT int KPCB_RemoveItemFromRedMarkList(int pid, const wchar_t* title);
+/* Sets the viewer's calling status for red marks. One-way. */
+KPCBAPI_EXPORT int KPCB_SetStatusForCallingRedMark(int pid, int status);
+/* Reads the viewer's calling status for red marks into *status. */
+KPCBAPI_EXPORT int KPCB_GetStatusForCallingRedMark(int pid, int* status);
+
+/* ---- Information queries ---------------------------------------------------
+ * 0 with the reply's values copied out (whatever the viewer's error code), -4, -5,
+ * -7 (out-arguments untouched). Null out-pointers are skipped. */
+
+/* Pin count of a part (by part name) or of a placed component (by reference). */
+KPCBAPI_EXPORT int KPCB_GetPinCountFromPart(int pid, const wchar_t* part, int* count);
+KPCBAPI_EXPORT int KPCB_GetPinCountFromReference(int pid, const wchar_t* ref, int* count);
+/* Pin pitch of a component / of a two-pin component, in the viewer's unit code. */
+KPCBAPI_EXPORT int KPCB_GetPinPitch(int pid, const wchar_t* ref, int unit, double* pitch);
+KPCBAPI_EXPORT int KPCB_GetPinPitchFrom2PinComponent(int pid, const wchar_t* ref, int unit, double* pitch);
+/* Placement status of one component. */
+KPCBAPI_EXPORT int KPCB_GetReferencePlaceStatus(int pid, const wchar_t* ref, int* status, int highlight);
+/* Of the listed references (split at any delimiter character, trimmed): how many
+ * are placed on top, on the bottom, and neither. */
+KPCBAPI_EXPORT int KPCB_GetReferenceCountForPlace(int pid, const wchar_t* refs, const wchar_t* delimiter, int* top,
+                                                  int* bottom, int* other, int highlight);
+/* The same for the components of the listed parts. */
+KPCBAPI_EXPORT int KPCB_GetReferenceCountForPlaceOfPart(int pid, const wchar_t* parts, const wchar_t* delimiter,
+                                                        int* top, int* bottom, int* other, int highlight);
+/* The net of a pin and every component pin on it, joined with delimiter. -200 when
+ * the viewer knows no such pin (nothing written). */
+KPCBAPI_EXPORT int KPCB_GetPinListInfoOfNet_RefPin(int pid, const wchar_t* ref, const wchar_t* pin, wchar_t** net,
+                                                   wchar_t** pins, const wchar_t* delimiter);
+
+/* ---- Polygon merge -----------------------------------------------------------
+ * Order: create, run, reads, destroy. Reads ignore the viewer's error code. */
+
+KPCBAPI_EXPORT int KPCB_PolygonMergeCreate(int pid);
+/* Merges the copper of netName on the count layers. -202 when no layer is given,
+ * -201 for a null net (both before any contact); -4, -5, -7; the viewer's -201/-202. */
+KPCBAPI_EXPORT int KPCB_PolygonMergeRun(int pid, const wchar_t** layerNames, int count, const wchar_t* netName,
+                                        double division);
+/* Releases the merge result; does not wait for the viewer. */
+KPCBAPI_EXPORT int KPCB_PolygonMergeDestroy(int pid);
+/* Counts: the count itself, or a negative status. */
+KPCBAPI_EXPORT int KPCB_GetCWPolygonCount(int pid);
+KPCBAPI_EXPORT int KPCB_GetCCWPolygonCount(int pid, int cw);
+KPCBAPI_EXPORT int KPCB_GetCWPolygonPointCount(int pid, int cw);
+KPCBAPI_EXPORT int KPCB_GetCCWPolygonPointCount(int pid, int cw, int ccw);
+/* One point of an outline / of a hole. */
+KPCBAPI_EXPORT int KPCB_GetCWPolygonPointData(int pid, int cw, int point, double* x, double* y);
+KPCBAPI_EXPORT int KPCB_GetCCWPolygonPointData(int pid, int cw, int ccw, int point, double* x, double* y);
+/* Every point of an outline / of a hole; replaces the contents of xs and ys. */
+KPCBAPI_EXPORT int KPCB_GetCWPolygonPointDataArray(int pid, int cw, CArrayD* xs, CArrayD* ys);
+KPCBAPI_EXPORT int KPCB_GetCCWPolygonPointDataArray(int pid, int cw, int ccw, CArrayD* xs, CArrayD* ys);
+
+/* Arrays of doubles for callers without C++: create (free with KPCB_ArrayD_Free),
+ * size, and a copy of up to capacity values (returns how many were copied). */
+KPCBAPI_EXPORT CArrayD* KPCB_ArrayD_Create(void);
+KPCBAPI_EXPORT void KPCB_ArrayD_Free(CArrayD* array);
+KPCBAPI_EXPORT int KPCB_ArrayD_GetSize(const CArrayD* array);
+KPCBAPI_EXPORT int KPCB_ArrayD_GetData(const CArrayD* array, double* values, int capacity);
+
+/* ---- Capture and export ------------------------------------------------------ */
+
+/* Asks the viewer to save its current picture as a bitmap file. One-way. */
+KPCBAPI_EXPORT int KPCB_ExportBitmap_CurrentImage(int pid, const char* path);
+/* Asks the viewer to write the board's text form to path and waits: 0 for any reply;
+ * no liveness test (a dead instance shows as -5); -7. */
+KPCBAPI_EXPORT int KPCB_ExportPDBAscii(int pid, const char* path);
+
 /* ---- Freeing results ----------------------------------------------------- */
 
 /* Frees a string that the library allocated for a wchar_t** result. Null is ignored. */
