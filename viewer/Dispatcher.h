@@ -43,5 +43,15 @@ private:
 
 // Registration of each family's handlers.
 void RegisterViewHandlers(Dispatcher& dispatcher);
+void RegisterHighlightHandlers(Dispatcher& dispatcher);
+void RegisterRedMarkHandlers(Dispatcher& dispatcher);
+void RegisterInformationHandlers(Dispatcher& dispatcher);
+void RegisterPolygonMergeHandlers(Dispatcher& dispatcher);
+void RegisterCaptureHandlers(Dispatcher& dispatcher);
+
+// The names of a string list, as standard strings.
+std::vector<std::string> ToStrings(const CStringArray& list);
+// "a,b,c" for the journal.
+std::string Joined(const std::vector<std::string>& names);
 
 }  // namespace viewer

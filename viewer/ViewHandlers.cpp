@@ -29,12 +29,15 @@ Answer Simple(CKPRCI__Base& base, ViewerContext& context) {
     case CKPRCI_SimpleCMD::ViewLayerAll: view.side = Side::All; return NoAnswer("side all");
     case CKPRCI_SimpleCMD::ViewMirror: view.mirrored = true; return NoAnswer("mirror");
     case CKPRCI_SimpleCMD::ViewMirrorClear: view.mirrored = false; return NoAnswer("mirror clear");
+    case CKPRCI_SimpleCMD::HighlightClear:
+        view.highlights.clear();
+        return NoAnswer(Text("highlight clear %.0f", record.GetCommonValue()));
     case CKPRCI_SimpleCMD::BackupLayers:
-        view.layerBackup = view.layerVisible;
+        view.layerBackup = view.layers;
         view.hasLayerBackup = true;
         return NoAnswer("layers backed up");
     case CKPRCI_SimpleCMD::RestoreLayers:
-        if (view.hasLayerBackup) view.layerVisible = view.layerBackup;
+        if (view.hasLayerBackup) view.layers = view.layerBackup;
         return NoAnswer(view.hasLayerBackup ? "layers restored" : "no layer backup");
     default:
         return NoAnswer(Text("unknown simple command %.0f", record.GetCommandType()));

@@ -53,6 +53,9 @@ void ViewerServer::Run() {
             break;
         }
     }
+    // Serve what was already sent before the close request: nothing handed over is lost.
+    for (FrameResult r; (r = ReceiveFrameWithin(m_commandSlot, frame, 0)) != FrameResult::Nothing;)
+        if (r == FrameResult::Frame) Serve(frame);
 }
 
 void ViewerServer::Serve(CMemFile& frame) {

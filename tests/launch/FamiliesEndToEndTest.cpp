@@ -1,0 +1,115 @@
+// Every command family against the real viewer process.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "KPCBAPI.hpp"
+#include "TestPaths.h"
+
+using testing_support::TempDir;
+
+namespace {
+
+struct OwnedString {
+    wchar_t* text = nullptr;
+    ~OwnedString() { KPCB_FreeString(text); }
+    std::wstring str() const { return text ? text : L"(null)"; }
+};
+
+std::wstring Wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+
+class Viewer {
+public:
+    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
+    ~Viewer() {
+        if (pid > 0) KPCB_Exit(pid, 1);
+    }
+    const int pid;
+};
+
+class EndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+        std::ofstream(board) << "board\n";
+    }
+    TempDir dir;
+    std::string board = dir / "board.pdbba";
+};
+
+}  // namespace
+
+TEST_F(EndToEnd, RedMarksSurviveSaveAndLoadAcrossViewers) {
+    const std::string handWritten = dir / "marks.txt";
+    std::ofstream(handWritten) << "KPCB RED MARKS 1\nTITLE Short\nCONTENTS U1-3 touches GND\\nsee layer 2\n"
+                                  "TITLE Open pad\nCONTENTS R7 pad 2\n";
+    const std::string binary = dir / "marks.bin";
+    {
+        Viewer first(board);
+        ASSERT_GT(first.pid, 0);
+        OwnedString titles;
+        EXPECT_EQ(KPCB_RedMarkLoad(first.pid, Wide(handWritten).c_str(), &titles.text, L"|", 1), 0);
+        EXPECT_EQ(titles.str(), L"Short|Open pad");
+        EXPECT_EQ(KPCB_RedMarkSave(first.pid, Wide(binary).c_str(), 0), 0);
+        EXPECT_EQ(KPCB_SetMainTitle(first.pid, "sync"), 0);  // the save is done once this answers
+    }
+    Viewer second(board);
+    ASSERT_GT(second.pid, 0);
+    OwnedString titles, contents;
+    EXPECT_EQ(KPCB_RedMarkLoad(second.pid, Wide(binary).c_str(), &titles.text, L",", 0), 0);
+    EXPECT_EQ(titles.str(), L"Short,Open pad");
+    EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(second.pid, L"Short", &contents.text), 0);
+    EXPECT_EQ(contents.str(), L"U1-3 touches GND\nsee layer 2");
+    EXPECT_EQ(KPCB_RemoveItemFromRedMarkList(second.pid, L"Short"), 0);
+    wchar_t* gone = nullptr;
+    EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(second.pid, L"Short", &gone), KPCB_ERR_200);
+    EXPECT_EQ(gone, nullptr);
+    EXPECT_EQ(KPCB_RemoveItemFromRedMarkList(second.pid, L"Short"), KPCB_ERR_200);
+}
+
+TEST_F(EndToEnd, DoubleSentRequestsLeaveNoStaleAnswers) {
+    Viewer viewer(board);
+    ASSERT_GT(viewer.pid, 0);
+    int status = -1;
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_EQ(KPCB_Highlight(viewer.pid, 0, "GND,VCC", ",", 0), 0);
+        EXPECT_EQ(KPCB_SetStatusForCallingRedMark(viewer.pid, round), 0);
+        EXPECT_EQ(KPCB_GetStatusForCallingRedMark(viewer.pid, &status), 0);
+        EXPECT_EQ(status, round);
+        EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "GND", "U1", "1", "U2", "2"), 0);
+        EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "after"), 0);
+        int pins = -1;
+        EXPECT_EQ(KPCB_GetPinCountFromReference(viewer.pid, L"U1", &pins), 0);
+    }
+}
+
+TEST_F(EndToEnd, EveryFamilyIsAnswered) {
+    Viewer viewer(board);
+    ASSERT_GT(viewer.pid, 0);
+    EXPECT_EQ(KPCB_Highlight_RefPin(viewer.pid, "U1", "1,2", ",", 255, 0, 0, 1), 0);
+    EXPECT_EQ(KPCB_Highlight_ZoomNetSegment(viewer.pid, CString("GND"), CArrayN{0, 1}, 0xFF), 0);
+    EXPECT_EQ(KPCB_Visible_Layers(viewer.pid, "TOP", ",", 0), 0);
+    EXPECT_EQ(KPCB_Backup_Current_Layers(viewer.pid), 0);
+    EXPECT_EQ(KPCB_Restore_Current_Layers(viewer.pid), 0);
+    EXPECT_EQ(KPCB_Highlight_Clear(viewer.pid), 0);
+
+    double pitch = -1;
+    int top = -1, bottom = -1, other = -1;
+    OwnedString net, pins;
+    EXPECT_EQ(KPCB_GetPinPitch(viewer.pid, L"U1", 0, &pitch), 0);
+    EXPECT_EQ(KPCB_GetReferenceCountForPlace(viewer.pid, L"U1,U2", L",", &top, &bottom, &other, 0), 0);
+    EXPECT_EQ(KPCB_GetPinListInfoOfNet_RefPin(viewer.pid, L"U1", L"1", &net.text, &pins.text, L","), 0);
+
+    const wchar_t* layers[] = {L"TOP"};
+    EXPECT_EQ(KPCB_PolygonMergeCreate(viewer.pid), 0);
+    EXPECT_EQ(KPCB_PolygonMergeRun(viewer.pid, layers, 1, L"GND", 8), 0);
+    EXPECT_EQ(KPCB_GetCWPolygonCount(viewer.pid), 0);
+    EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid), 0);
+
+    const std::string list = dir / "objects.txt";
+    std::ofstream(list) << "U1\nU2\n";
+    EXPECT_EQ(KPCB_Explorer(viewer.pid, 1, CString(list)), 0) << "acknowledged on the return slot";
+    EXPECT_EQ(KPCB_ExportBitmap_CurrentImage(viewer.pid, (dir / "view.bmp").c_str()), 0);
+    EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid, (dir / "board.txt").c_str()), 0);
+}
