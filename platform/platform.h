@@ -90,3 +90,17 @@ std::tm LocalTime(std::time_t when);
 void DebugOutput(const char* text);
 
 }  // namespace platform
+
+namespace platform {
+
+// ---- Loadable modules ----------------------------------------------------------
+// A shared library loaded at run time by its file path (any file name or extension).
+// LoadModule gives an opaque handle, or null when the file cannot be loaded. Loading
+// the same file again gives the same module, counted; UnloadModule releases one count.
+void* LoadModule(const std::string& path);
+// Address of an exported symbol of a loaded module, or null.
+void* ModuleSymbol(void* module, const char* name);
+// Null does nothing.
+void UnloadModule(void* module);
+
+}  // namespace platform

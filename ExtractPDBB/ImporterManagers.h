@@ -1,0 +1,33 @@
+// The importer of each ECAD format, reached through its plug-in. Every read returns
+// a new board database owned by the caller, or null when the plug-in is missing (one
+// line in the API log) or read nothing.
+#pragma once
+
+#include "CPALGParamForPDB.h"
+#include "CPBDParamForPDB.h"
+#include "CPMentorParamForPDB.h"
+#include "CPPWSParamForPDB.h"
+
+class CPdb;
+
+class CALGMgr {
+public:
+    CPdb* pReadAllegro(CPALGUIS* settings, CPALGParamForPDB* request);
+};
+
+class CBDmanager {
+public:
+    CPdb* ReadBoardDesigner(CPBDParamForPDB* request);
+};
+
+class CMentorManager {
+public:
+    // extractMode 1 for an extraction; readMode 0 (/S), 1 (/A) or 2 (/AF).
+    CPdb* ReadMentor(CPMentorParamForPDB* request, int extractMode, int readMode);
+};
+
+class CZPWSmanager {
+public:
+    // extractMode 1 for an extraction; readMode 0 (/A) or 1 (/W).
+    CPdb* GetPDB(CPPWSParamForPDB* request, CPPWSUis* settings, int extractMode, int readMode);
+};

@@ -1,0 +1,338 @@
+// The four extraction functions end to end, through the test importer plug-in
+// (importer/TestImporter.cpp), which writes down the record it receives.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "CPdbbProcessor.h"
+#include "ExtractTestLog.h"
+#include "Extract_PDB_From_ECAD.h"
+#include "KPCBAPIExtract.h"
+#include "platform.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Fields = std::map<std::string, std::string>;
+
+const char kEucName[] = "\xA4\xA2-BOARD";   // what the test importer names its board
+const char kSjisName[] = "\x82\xA0-BOARD";  // the same text in Shift-JIS
+
+class Extraction : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("KPCB_DATA_DIR", (dir / "data").c_str(), 1);
+        setenv("KPCB_IMPORTER_DIR", KPCB_TEST_IMPORTER_DIR, 1);
+        setenv("KPCB_TEST_IMPORTER_RECORD", record.c_str(), 1);
+        unsetenv("KPCB_TEST_IMPORTER_RESULT");
+        unsetenv("KPCB_TEST_IMPORTER_VERSION");
+        fs::create_directories(out);
+    }
+    void TearDown() override {
+        for (const char* name : {"KPCB_DATA_DIR", "KPCB_IMPORTER_DIR", "KPCB_TEST_IMPORTER_RECORD",
+                                 "KPCB_TEST_IMPORTER_RESULT", "KPCB_TEST_IMPORTER_VERSION"})
+            unsetenv(name);
+    }
+
+    // The record the importer last received; empty when it was not called.
+    Fields Received() const {
+        Fields fields;
+        std::ifstream in(record);
+        for (std::string line; std::getline(in, line);) {
+            const size_t cut = line.find('=');
+            if (cut != std::string::npos) fields[line.substr(0, cut)] = line.substr(cut + 1);
+        }
+        return fields;
+    }
+    std::vector<std::string> Log() const { return extract_test::ReadLogLines(dir / "data/Log/KAPI.log"); }
+    // The argument list as the dump shows it.
+    std::vector<std::string> Arguments() const {
+        std::vector<std::string> args;
+        for (const auto& line : Log()) {
+            const std::string head = "   - Parameter " + std::to_string(args.size()) + " : ";
+            if (line.rfind(head, 0) == 0) args.push_back(line.substr(head.size()));
+        }
+        return args;
+    }
+    std::vector<std::string> Messages() const { return extract_test::Messages(Log()); }
+
+    std::string MakeFolder(const std::string& name) const {
+        fs::create_directories(dir / name);
+        return dir / name;
+    }
+    std::string MakeFile(const std::string& name) const {
+        fs::create_directories(fs::path(dir / name).parent_path());
+        std::ofstream(dir / name) << "design";
+        return dir / name;
+    }
+    void WriteSettings(const std::string& text) const {
+        fs::create_directories(dir / "data/Settings");
+        std::ofstream(dir / "data/Settings/ImporterSettings.ini") << text;
+    }
+    // The name of the board in a .pdbb file, or "(unreadable)".
+    static std::string BoardNameIn(const std::string& path) {
+        CString error;
+        const auto board = CPdbbProcessor::LoadPDB(path.c_str(), error);
+        return board ? board->GetBoardName().str() : "(unreadable)";
+    }
+
+    testing_support::TempDir dir;
+    std::string record = dir / "record.txt";
+    std::string out = dir / "out";
+};
+
+// Boards of the plug-in at path not yet destroyed.
+int LiveBoards(const std::string& path) {
+    void* module = platform::LoadModule(path);
+    if (!module) return -1;
+    const auto live = reinterpret_cast<int (*)()>(platform::ModuleSymbol(module, "TestImporter_LiveBoards"));
+    const int n = live ? live() : -1;
+    platform::UnloadModule(module);
+    return n;
+}
+int LiveBoards(const char* format) {
+    return LiveBoards(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_" + format + ".kpi");
+}
+
+}  // namespace
+
+// ---- Argument lists and records, per letter -----------------------------------------
+
+TEST_F(Extraction, AllegroKindLetters) {
+    const std::string design = MakeFile("alg/board.brd");
+    const std::string folder = dir / "alg";
+
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "x1", "x2"), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/A", folder, out, "/A", "board", "x1", "x2"}));
+    Fields r = Received();
+    EXPECT_EQ(r["entry"], "ReadAllegro");
+    EXPECT_EQ(r["ExtractPDBMode"], "1");
+    EXPECT_EQ(r["SeparateFiles"], "1");
+    EXPECT_EQ(r["Brd"], folder + "/board.brd");
+    EXPECT_EQ(r["Pad"], folder + "/board.pad");
+    EXPECT_EQ(r["Rte"], folder + "/board.rte");
+    EXPECT_EQ(r["Sym"], folder + "/board.sym");
+    EXPECT_EQ(r["Extra1"] + r["Extra2"], "");
+    EXPECT_EQ(BoardNameIn(out + "/board.pdbb"), kEucName);
+
+    fs::remove(dir / "data/Log/KAPI.log");
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'B', "x1", "x2"), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/A", folder, out, "/B", "board", "x1", "x2"}));
+    r = Received();
+    EXPECT_EQ(r["SeparateFiles"], "0");
+    EXPECT_EQ(r["Brd"], folder + "/board.brd");
+    EXPECT_EQ(r["Pad"], "");
+    EXPECT_EQ(r["Extra1"], "x1");
+    EXPECT_EQ(r["Extra2"], "x2");
+
+    // Another letter adds no switch: the name stands at 4 and "x1" is taken for the name.
+    fs::remove(dir / "data/Log/KAPI.log");
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'q', "x1", "x2"), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/A", folder, out, "board", "x1", "x2"}));
+    r = Received();
+    EXPECT_EQ(r["SeparateFiles"], "0");
+    EXPECT_EQ(r["Brd"], "");
+    EXPECT_EQ(extract_pdb::GetOutputPath(), out + "/x1.pdbb");
+    EXPECT_TRUE(fs::exists(out + "/x1.pdbb"));
+    EXPECT_EQ(LiveBoards("Allegro"), 0);
+}
+
+TEST_F(Extraction, BoardDesignerLetters) {
+    const std::string design = MakeFile("bd/job.pcf");
+
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'a', 's', "/VD:\"/v d\"", " /uh:/u/h ",
+                                           "/ZUKENROOT:/z", "/uh_polygon"),
+              0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/B", design, out, "/A", "/S", "/VD:\"/v d\"",
+                                                     " /uh:/u/h ", "/ZUKENROOT:/z", "/uh_polygon"}));
+    Fields r = Received();
+    EXPECT_EQ(r["entry"], "ReadBoardDesigner");
+    EXPECT_EQ(r["ExtractPDBB"], "1");
+    EXPECT_EQ(r["FirstMode"], "1");
+    EXPECT_EQ(r["SecondMode"], "1");
+    EXPECT_EQ(r["Design"], design);
+    EXPECT_EQ(r["VD"], "/v d");
+    EXPECT_EQ(r["UH"], "/u/h");
+    EXPECT_EQ(r["ZukenRoot"], "");  // only taken with /B
+    EXPECT_EQ(r["UHPolygon"], "1");
+    EXPECT_EQ(r["Argument6"], "/VD:\"/v d\"");
+    EXPECT_EQ(r["Argument7"], "");  // only read in the second mode 0
+    EXPECT_TRUE(fs::exists(out + "/job.pdbb"));
+
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'B', 'a', "o1", "/zukenroot:/Z/R", "/1", ""),
+              0);
+    r = Received();
+    EXPECT_EQ(r["FirstMode"], "0");
+    EXPECT_EQ(r["SecondMode"], "0");
+    EXPECT_EQ(r["ZukenRoot"], "/Z/R");
+    EXPECT_EQ(r["Argument6"], "o1");
+    EXPECT_EQ(r["Argument7"], "/zukenroot:/Z/R");
+    EXPECT_EQ(r["OptionOne"], "1");
+    EXPECT_EQ(r["UHPolygon"], "0");
+
+    // The export turns either case of the letter into "/B".
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'b', 'A', "o1", "o2", "o3", "o4"), 0);
+    EXPECT_EQ(Received()["FirstMode"], "0");
+    EXPECT_EQ(LiveBoards("BoardDesigner"), 0);
+}
+
+TEST_F(Extraction, BoardDesignerUppercaseSAddsNoSwitch) {
+    const std::string design = MakeFile("bd/job.pcf");
+    // The first string stands where the switch would, and passes as a letter switch.
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'A', 'S', "/s", "o2", "o3", "o4"), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/B", design, out, "/A", "/s", "o2", "o3", "o4"}));
+    Fields r = Received();
+    EXPECT_EQ(r["SecondMode"], "1");
+    EXPECT_EQ(r["Argument6"], "o2");
+
+    fs::remove(record);
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'A', 'S', "o1", "o2", "o3", "o4"), 2);
+    EXPECT_TRUE(Received().empty());
+}
+
+TEST_F(Extraction, BoardDesignerDriverClearsTheFirstModeForUppercaseBOnly) {
+    const std::string design = MakeFile("bd/job.pcf");
+    for (const char* letter : {"/b", "/B"}) {
+        CStringArray args;
+        for (const char* item : {"From_KAPI", "/B", design.c_str(), out.c_str(), letter, "/a", "o1", "o2"}) args.Add(item);
+        CEP_Parameter param(args);
+        ASSERT_EQ(param.CheckParameter(), 1);
+        delete extract_pdb::ExtractFromBoardDesigner(param);
+        EXPECT_EQ(Received()["FirstMode"], letter[1] == 'B' ? "0" : "1") << letter;
+    }
+    EXPECT_EQ(LiveBoards("BoardDesigner"), 0);
+}
+
+TEST_F(Extraction, BoardDesignerRefusedDesignPathCallsNoImporter) {
+    // The check leaves the design path alone; the record refuses it.
+    EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), (dir / "nothing.pcf").c_str(), 'A', 'a', "", "", "", ""), 3);
+    EXPECT_TRUE(Received().empty());
+}
+
+TEST_F(Extraction, MentorFlag) {
+    const std::string design = MakeFolder("mentor/drawings/panel_a");  // switch names inside a path mean nothing
+    EXPECT_EQ(ExtractPdbbFromMentor((out + "/result.pdbb").c_str(), design.c_str(), 0, "ignored"), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/M", design, out, "result"}));
+    Fields r = Received();
+    EXPECT_EQ(r["entry"], "ReadMentor");
+    EXPECT_EQ(r["ExtractMode"], "1");
+    EXPECT_EQ(r["ReadMode"], "0");
+    EXPECT_EQ(r["ExtractPDBB"], "1");
+    EXPECT_EQ(r["DesignFolder"], design);
+    EXPECT_EQ(r["Panel"], "");
+    EXPECT_EQ(r["Drawing"], "0");
+    EXPECT_TRUE(fs::exists(out + "/result.pdbb"));
+
+    EXPECT_EQ(ExtractPdbbFromMentor((out + "/second").c_str(), design.c_str(), 7, ""), 0);
+    EXPECT_EQ(Received()["ReadMode"], "1");
+    EXPECT_TRUE(fs::exists(out + "/second.pdbb"));
+    EXPECT_EQ(LiveBoards("Mentor"), 0);
+}
+
+TEST_F(Extraction, ZukenZlsPresentOrAbsent) {
+    const std::string design = MakeFile("pws/board.pcb");
+    const std::string zls = MakeFile("pws/lib.zls");
+
+    EXPECT_EQ(ExtractPdbbFromZuken((out + "/ignored.pdbb").c_str(), design.c_str(), 'w', zls.c_str()), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/w", zls}));
+    Fields r = Received();
+    EXPECT_EQ(r["entry"], "GetPDB");
+    EXPECT_EQ(r["ExtractMode"], "1");
+    EXPECT_EQ(r["ReadMode"], "1");
+    EXPECT_EQ(r["ExtractPDBB"], "1");
+    EXPECT_EQ(r["Design"], design);
+    EXPECT_EQ(r["Zls"], zls);
+    EXPECT_TRUE(fs::exists(out + "/board.pdbb"));  // named after the design
+
+    fs::remove(dir / "data/Log/KAPI.log");
+    EXPECT_EQ(ExtractPdbbFromZuken((out + "/x.pdbb").c_str(), design.c_str(), 'A', (dir / "gone.zls").c_str()), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/A"}));
+    r = Received();
+    EXPECT_EQ(r["ReadMode"], "0");
+    EXPECT_EQ(r["Zls"], "");
+
+    fs::remove(record);
+    EXPECT_EQ(ExtractPdbbFromZuken((out + "/x.pdbb").c_str(), design.c_str(), 'q', ""), 2);
+    EXPECT_TRUE(Received().empty());
+    EXPECT_EQ(LiveBoards("CR5000PWS"), 0);
+}
+
+// ---- Results ----------------------------------------------------------------
+
+TEST_F(Extraction, RefusedArgumentsGiveTwoWithoutImporter) {
+    const std::string missing = dir / "nowhere/board.brd";
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), missing.c_str(), 'a', "", ""), 2);
+    EXPECT_EQ(Messages(), std::vector<std::string>{"Cannot found design directory. : " + (dir / "nowhere")});
+    // A list that contradicts itself is refused too, not thrown at the caller.
+    const std::string design = MakeFile("alg/board.brd");
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "/DET_VIA", ""), 2);
+    EXPECT_TRUE(Received().empty());
+}
+
+TEST_F(Extraction, NoBoardGivesThreeAndTheOutputPathIsStillSet) {
+    const std::string design = MakeFile("alg/board.brd");
+    for (const char* answer : {"null", "throw"}) {
+        setenv("KPCB_TEST_IMPORTER_RESULT", answer, 1);
+        EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'b', "", "late"), 3) << answer;
+        EXPECT_EQ(Received()["Extra2"], "late");
+        EXPECT_EQ(extract_pdb::GetOutputPath(), out + "/board.pdbb");
+        EXPECT_FALSE(fs::exists(out + "/board.pdbb"));
+    }
+}
+
+TEST_F(Extraction, FailedSaveGivesFourAndTheBoardIsDestroyed) {
+    const std::string design = MakeFolder("mentor");
+    MakeFile("out/blocked.pdbb/keep");  // a folder, not empty, where the file should go
+    EXPECT_EQ(ExtractPdbbFromMentor((out + "/blocked.pdbb").c_str(), design.c_str(), 0, ""), 4);
+    EXPECT_EQ(Received()["entry"], "ReadMentor");
+    EXPECT_EQ(LiveBoards("Mentor"), 0);
+}
+
+TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
+    const std::string design = MakeFile("alg/board.brd");
+    const std::string empty = MakeFolder("no-plugins");
+    setenv("KPCB_IMPORTER_DIR", empty.c_str(), 1);
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
+    auto messages = Messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_NE(messages[0].find("KPCBImporter_Allegro.kpi"), std::string::npos) << messages[0];
+    EXPECT_NE(messages[0].find(empty), std::string::npos) << messages[0];
+
+    // A copy at a path of its own is a fresh load, which checks the version.
+    fs::copy_file(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_Allegro.kpi", empty + "/KPCBImporter_Allegro.kpi");
+    setenv("KPCB_TEST_IMPORTER_VERSION", "99", 1);
+    fs::remove(dir / "data/Log/KAPI.log");
+    EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
+    messages = Messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_NE(messages[0].find("interface version 99"), std::string::npos) << messages[0];
+    EXPECT_TRUE(Received().empty());
+}
+
+TEST_F(Extraction, SettingsAskForShiftJisPerFormat) {
+    const std::string alg = MakeFile("alg/board.brd");
+    const std::string bd = MakeFile("bd/board.pcf");
+    const std::string mentor = MakeFolder("mentor");
+    const std::string pws = MakeFile("pws/board.pcb");
+    auto runAll = [&] {
+        EXPECT_EQ(ExtractPdbbFromAllegro((out + "/alg").c_str(), alg.c_str(), 'a', "", ""), 0);
+        EXPECT_EQ(ExtractPdbbFromBoardDesigner((out + "/bd").c_str(), bd.c_str(), 'a', 's', "", "", "", ""), 0);
+        EXPECT_EQ(ExtractPdbbFromMentor((out + "/mentor/board").c_str(), mentor.c_str(), 0, ""), 0);
+        EXPECT_EQ(ExtractPdbbFromZuken((out + "/pws/x").c_str(), pws.c_str(), 'a', ""), 0);
+        return std::vector<std::string>{BoardNameIn(out + "/alg/board.pdbb"), BoardNameIn(out + "/bd/board.pdbb"),
+                                        BoardNameIn(out + "/mentor/board.pdbb"), BoardNameIn(out + "/pws/board.pdbb")};
+    };
+    for (const char* sub : {"alg", "bd", "mentor", "pws"}) fs::create_directories(out + "/" + sub);
+
+    EXPECT_EQ(runAll(), (std::vector<std::string>{kEucName, kEucName, kEucName, kEucName}));
+    WriteSettings("[Allegro]\nConvertEucJPtoShiftJIS=1\n[BoardStation]\nconverteucjptoshiftjis = 1\n");
+    EXPECT_EQ(runAll(), (std::vector<std::string>{kSjisName, kEucName, kSjisName, kEucName}));
+    WriteSettings("[cr5000bd]\nConvertEucJPtoShiftJIS=1\n[CR5000PWS]\nConvertEucJPtoShiftJIS=1\n");
+    EXPECT_EQ(runAll(), (std::vector<std::string>{kEucName, kSjisName, kEucName, kSjisName}));
+    // The importers are handed their part of the settings.
+    EXPECT_EQ(Received()["Convert"], "1");
+}
