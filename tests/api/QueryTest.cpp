@@ -324,6 +324,23 @@ TEST(PolygonMerge, RunMapsTheViewersCodesAndLogs) {
     unsetenv("KPCB_DATA_DIR");
 }
 
+TEST(PolygonMerge, TraceLinesGoToTheDebuggerOutput) {
+    setenv("KPCB_DEBUG_OUTPUT", "1", 1);
+    const wchar_t* layers[] = {L"TOP", L"L3"};
+    testing::internal::CaptureStderr();
+    KPCB_PolygonMergeRun(kDeadPid, layers, 2, L"GND", 1);
+    KPCB_PolygonMergeRun(kDeadPid, layers, 0, L"GND", 1);
+    KPCB_PolygonMergeDestroy(kDeadPid);
+    const std::string trace = testing::internal::GetCapturedStderr();
+    unsetenv("KPCB_DEBUG_OUTPUT");
+    EXPECT_EQ(trace,
+              "---------- saLayerNameList Convert Start -----------------\nTOP\nL3\n"
+              "---------- saLayerNameList Convert End -----------------\n"
+              "---------- saLayerNameList Convert Start -----------------\n"
+              "---------- saLayerNameList Convert End -----------------\n"
+              "Call KPCB_PolygonMergeDestroy\n");
+}
+
 TEST(PolygonMerge, DestroyDoesNotWait) {
     FakeViewer viewer;
     EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid()), 0);
