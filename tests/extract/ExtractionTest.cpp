@@ -10,6 +10,7 @@
 #include "CPdbbProcessor.h"
 #include "ExtractTestLog.h"
 #include "Extract_PDB_From_ECAD.h"
+#include "ImporterPlugins.h"
 #include "KPCBAPIExtract.h"
 #include "platform.h"
 
@@ -311,6 +312,13 @@ TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_NE(messages[0].find("interface version 99"), std::string::npos) << messages[0];
     EXPECT_TRUE(Received().empty());
+}
+
+TEST_F(Extraction, PluginsAreLookedForInTheConfiguredFolderThenBesideTheLibrary) {
+    const CString own(platform::ModuleDirectory());
+    EXPECT_EQ(importer_plugins::SearchFolders(), (std::vector<CString>{KPCB_TEST_IMPORTER_DIR, own}));
+    unsetenv("KPCB_IMPORTER_DIR");
+    EXPECT_EQ(importer_plugins::SearchFolders(), std::vector<CString>{own});
 }
 
 TEST_F(Extraction, SettingsAskForShiftJisPerFormat) {
