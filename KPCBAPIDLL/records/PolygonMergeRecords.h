@@ -7,16 +7,16 @@
 namespace polygon_merge {
 enum Mode {
     Create = 1,
-    Run = 2,                        // uses LayerNames, NetName, Division
+    Run = 2,                           // uses LayerNames, NetName, Division
     GetCWPolygonCount = 3,
-    GetCCWPolygonCount = 4,         // uses CWIndex
-    GetCWPolygonPointCount = 5,     // uses CWIndex
-    GetCCWPolygonPointCount = 6,    // uses CWIndex, CCWIndex
-    GetCWPolygonPointData = 7,      // uses CWIndex, PointIndex
-    GetCCWPolygonPointData = 8,     // uses CWIndex, CCWIndex, PointIndex
-    GetCWPolygonPointDataArray = 9, // uses CWIndex
-    GetCCWPolygonPointDataArray = 10, // uses CWIndex, CCWIndex
-    Destroy = 11                    // not answered
+    GetCCWPolygonCount = 4,            // uses CWIndex
+    GetCWPolygonPointCount = 5,        // uses CWIndex
+    GetCCWPolygonPointCount = 6,       // uses CWIndex, CCWIndex
+    GetCWPolygonPointData = 7,         // uses CWIndex, PointIndex
+    GetCCWPolygonPointData = 8,        // uses CWIndex, CCWIndex, PointIndex
+    GetCWPolygonPointDataArray = 9,    // uses CWIndex
+    GetCCWPolygonPointDataArray = 10,  // uses CWIndex, CCWIndex
+    Destroy = 11                       // not answered
 };
 }  // namespace polygon_merge
 

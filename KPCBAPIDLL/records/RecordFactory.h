@@ -14,7 +14,7 @@ std::unique_ptr<CKPRCI__Base> CreateCommandRecord(int classId);
 // the class id, then the record's fields. Returns null, without throwing, when the
 // image is shorter than 4 bytes, its id is unknown, its fields are truncated or
 // malformed, or bytes follow the last field: an image is exactly one record, nothing
-// before or after it. The file position afterwards is unspecified.
+// before or after it. Callers must not rely on the file position afterwards.
 std::unique_ptr<CKPRCI__Base> LoadCommandRecord(CMemFile& file);
 
 // The class name of the record of that class id ("CKPRCI_Highlight"); null for an
