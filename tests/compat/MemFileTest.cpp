@@ -1,0 +1,119 @@
+// The memory file under every frame: length, position, seeking and direct buffer access.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "CException.h"
+#include "CompatTestSupport.h"
+
+namespace {
+
+TEST(MemFile, WriteReadAndPosition) {
+    CMemFile file(16);
+    FillFile(file, {1, 2, 3, 4, 5});
+    EXPECT_EQ(file.GetLength(), 5u);
+    EXPECT_EQ(file.GetPosition(), 0u);
+    uint8_t out[8] = {};
+    EXPECT_EQ(file.Read(out, 3), 3u);
+    EXPECT_EQ(Hex(Bytes(out, out + 3)), "01 02 03");
+    EXPECT_EQ(file.GetPosition(), 3u);
+    EXPECT_EQ(file.Read(out, 8), 2u);  // only what is left
+    EXPECT_EQ(Hex(Bytes(out, out + 2)), "04 05");
+    EXPECT_EQ(file.Read(out, 8), 0u);  // at the end
+}
+
+TEST(MemFile, GrowsAcrossManySmallWrites) {
+    CMemFile file(16);
+    Bytes written;
+    for (int i = 0; i < 20000; ++i) {
+        const uint8_t chunk[3] = {uint8_t(i), uint8_t(i >> 8), uint8_t(i * 7)};
+        file.Write(chunk, 3);
+        written.insert(written.end(), chunk, chunk + 3);
+    }
+    EXPECT_EQ(file.GetLength(), written.size());
+    EXPECT_TRUE(FileBytes(file) == written);
+}
+
+TEST(MemFile, Seek) {
+    CMemFile file(1024);
+    FillFile(file, {'a', 'b', 'c', 'd', 'e', 'f'});
+    EXPECT_EQ(file.Seek(2, CFile::begin), 2u);
+    EXPECT_EQ(file.Seek(3, CFile::current), 5u);
+    EXPECT_EQ(file.Seek(-1, CFile::current), 4u);
+    EXPECT_EQ(file.Seek(-2, CFile::end), 4u);
+    uint8_t c = 0;
+    file.Read(&c, 1);
+    EXPECT_EQ(c, 'e');
+
+    // Before the start: refused, position kept.
+    EXPECT_THROW(file.Seek(-1, CFile::begin), CInvalidArgException);
+    EXPECT_THROW(file.Seek(-7, CFile::end), CInvalidArgException);
+    EXPECT_EQ(file.GetPosition(), 5u);
+
+    // Past the end: allowed; nothing to read there, and a write fills the gap with zeros.
+    EXPECT_EQ(file.Seek(3, CFile::end), 9u);
+    EXPECT_EQ(file.Read(&c, 1), 0u);
+    EXPECT_EQ(file.GetLength(), 6u);
+    file.Write("Z", 1);
+    EXPECT_EQ(Hex(FileBytes(file)), "61 62 63 64 65 66 00 00 00 5A");
+}
+
+TEST(MemFile, SetLength) {
+    CMemFile file(1024);
+    FillFile(file, {'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'});
+    file.Seek(6, CFile::begin);
+
+    file.SetLength(3);  // shrinking clamps the position
+    EXPECT_EQ(file.GetLength(), 3u);
+    EXPECT_EQ(file.GetPosition(), 3u);
+
+    file.Seek(1, CFile::begin);
+    file.SetLength(6);  // growing keeps the position and adds zeros, not the old bytes
+    EXPECT_EQ(file.GetPosition(), 1u);
+    EXPECT_EQ(Hex(FileBytes(file)), "41 42 43 00 00 00");
+
+    file.SetLength(0);
+    EXPECT_EQ(file.GetLength(), 0u);
+    EXPECT_EQ(file.GetPosition(), 0u);
+    EXPECT_TRUE(FileBytes(file).empty());
+
+    file.SetLength(3000);  // beyond the grow step
+    EXPECT_EQ(FileBytes(file), Bytes(3000, 0));
+}
+
+TEST(MemFile, BufferPointerForDirectReads) {
+    CMemFile file(1024);
+    FillFile(file, {10, 11, 12, 13, 14});
+    file.Seek(1, CFile::begin);
+
+    void* start = nullptr;
+    void* max = nullptr;
+    EXPECT_EQ(file.GetBufferPtr(CFile::bufferRead, 3, &start, &max), 3u);
+    ASSERT_NE(start, nullptr);
+    EXPECT_EQ(static_cast<uint8_t*>(max) - static_cast<uint8_t*>(start), 3);
+    EXPECT_EQ(static_cast<uint8_t*>(start)[0], 11);
+    EXPECT_EQ(file.GetPosition(), 4u);
+
+    // Asking for more than is left hands out only what is left.
+    EXPECT_EQ(file.GetBufferPtr(CFile::bufferRead, 100, &start, &max), 1u);
+    EXPECT_EQ(static_cast<uint8_t*>(start)[0], 14);
+    EXPECT_EQ(static_cast<uint8_t*>(max) - static_cast<uint8_t*>(start), 1);
+    EXPECT_EQ(file.GetPosition(), 5u);
+    EXPECT_EQ(file.GetBufferPtr(CFile::bufferRead, 10, &start, &max), 0u);
+    EXPECT_EQ(start, max);
+
+    EXPECT_EQ(file.GetBufferPtr(CFile::bufferCheck), 1u);
+}
+
+TEST(MemFile, BufferPointerFilledInPlace) {
+    // How a frame is received: size the file, take its buffer, fill it, read it back.
+    CMemFile file(1024);
+    file.SetLength(6);
+    file.SeekToBegin();
+    void* start = nullptr;
+    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 6, &start, nullptr), 6u);
+    std::memcpy(start, "frame!", 6);
+    EXPECT_EQ(Hex(FileBytes(file)), "66 72 61 6D 65 21");
+}
+
+}  // namespace
