@@ -2,6 +2,7 @@
 // bytes written out by hand, and loads that run past the end of their data.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "CArrayD.h"

@@ -1,6 +1,7 @@
 // Byte images in and out of memory files for the compat tests.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string>
