@@ -1,0 +1,100 @@
+"""Status codes of the KPCBAPI library turned into Python exceptions.
+
+Every exported function of the library returns a status code. The binding raises
+one of the classes below for each failure code; success codes never reach the
+caller as exceptions.
+"""
+
+OK = 0
+EXIT_NOT_WAITED = -2
+NOT_RUNNING = -4
+SLOT_UNAVAILABLE = -5
+NO_REPLY = -7
+ERR_200 = -200
+ERR_201 = -201
+ERR_202 = -202
+
+# Failure codes that the reference viewer sends in its hello when it cannot start.
+VIEWER_BOARD_UNREADABLE = -3
+VIEWER_SLOT_TAKEN = -6
+
+# What each code means when nothing more specific is known about the call.
+MEANINGS = {
+    EXIT_NOT_WAITED: "the viewer was asked to close and not waited for",
+    NOT_RUNNING: "the viewer process is not running",
+    SLOT_UNAVAILABLE: "a mailslot could not be opened or created "
+                      "(no viewer serves this process id, or another query to it is under way)",
+    NO_REPLY: "no valid reply came from the viewer",
+    ERR_200: "the viewer refused the request (-200)",
+    ERR_201: "the viewer refused the request (-201)",
+    ERR_202: "the viewer refused the request (-202)",
+}
+
+# What the codes mean when a launch returns them.
+LAUNCH_MEANINGS = {
+    SLOT_UNAVAILABLE: "the return slot is busy: another launch is under way",
+    NO_REPLY: "the viewer did not say hello",
+    ERR_200: "the board file does not exist",
+    ERR_201: "no viewer executable was found beside the library",
+    ERR_202: "the viewer process could not be created",
+    VIEWER_BOARD_UNREADABLE: "the viewer could not read the board file",
+    VIEWER_SLOT_TAKEN: "the viewer's command slot is taken",
+}
+
+
+class KpcbError(Exception):
+    """A KPCBAPI call failed.
+
+    code: the status code the library returned; meaning: what it means for this
+    call; function: the name of the library function that returned it.
+    """
+
+    def __init__(self, code, meaning=None, function=None):
+        self.code = int(code)
+        self.meaning = meaning or MEANINGS.get(self.code, "failure code %d" % self.code)
+        self.function = function
+        where = function + ": " if function else ""
+        super().__init__("%s%s (%d)" % (where, self.meaning, self.code))
+
+
+class NotRunningError(KpcbError):
+    """-4: the addressed viewer process does not run (for exit: or it was not
+    launched by this process)."""
+
+
+class SlotUnavailableError(KpcbError):
+    """-5: a mailslot could not be opened or created."""
+
+
+class NoReplyError(KpcbError):
+    """-7: no valid reply (or, for a launch, no hello) was read."""
+
+
+class ViewerRefusedError(KpcbError):
+    """-200, -201 or -202: the viewer (or the library on its behalf) refused the
+    request; .meaning says why when the call knows."""
+
+
+_CLASSES = {
+    NOT_RUNNING: NotRunningError,
+    SLOT_UNAVAILABLE: SlotUnavailableError,
+    NO_REPLY: NoReplyError,
+    ERR_200: ViewerRefusedError,
+    ERR_201: ViewerRefusedError,
+    ERR_202: ViewerRefusedError,
+}
+
+
+def error_for(code, function=None, meanings=None):
+    """The exception for a failure code: the class that the code maps to, with
+    the meaning from meanings (a dict of code to text) when it has one."""
+    code = int(code)
+    meaning = (meanings or {}).get(code) or MEANINGS.get(code)
+    return _CLASSES.get(code, KpcbError)(code, meaning, function)
+
+
+def check(code, function=None, meanings=None):
+    """Returns code when it is not negative, else raises its exception."""
+    if code < 0:
+        raise error_for(code, function, meanings)
+    return code
