@@ -52,7 +52,8 @@ UINT CMemFile::GetBufferPtr(UINT command, UINT count, void** start, void** max) 
     if (command == bufferCheck) return 1;
     if (command != bufferRead && command != bufferWrite) return 0;
     const UINT n = static_cast<UINT>(std::min<ULONGLONG>(count, m_length > m_position ? m_length - m_position : 0));
-    BYTE* at = m_buffer.data() + m_position;
+    // Past the end (after a seek) there is nothing to hand out: point at the end.
+    BYTE* at = m_buffer.empty() ? nullptr : m_buffer.data() + std::min(m_position, m_length);
     if (start) *start = at;
     if (max) *max = at + n;
     m_position += n;
