@@ -13,9 +13,7 @@ public:
     bool Init(const CString& path, int mode);
     // printf-style; a time stamp and the process id are put before the text.
     void LogLine(const char* format, ...)
-#if defined(__GNUC__)
-        __attribute__((format(printf, 2, 3)))
-#endif
+        KPCB_PRINTF_LIKE(2, 3)
         ;
     CString GetPath() const;
 

@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <string>
 
+#include "platform_types.h"
+
 class CString {
 public:
     CString() = default;
@@ -49,9 +51,7 @@ public:
     int CompareNoCase(const char* other) const;
 
     void Format(const char* format, ...)
-#if defined(__GNUC__)
-        __attribute__((format(printf, 2, 3)))
-#endif
+        KPCB_PRINTF_LIKE(2, 3)
         ;
     void FormatV(const char* format, va_list args);
 
