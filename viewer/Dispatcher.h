@@ -4,10 +4,12 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "CKPRCI__Base.h"
+#include "CPdb.h"
 #include "ViewerState.h"
 
 namespace viewer {
@@ -27,6 +29,7 @@ Answer NoAnswer(std::string note);
 struct ViewerContext {
     ViewState view;
     std::string boardPath;
+    std::unique_ptr<CPdb> board;  // the loaded board; never null while serving
 };
 
 using Handler = std::function<Answer(CKPRCI__Base& record, ViewerContext& context)>;

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "CPdbbProcessor.h"
 #include "FrameReader.h"
 #include "Journal.h"
 #include "SlotNames.h"
@@ -28,8 +29,11 @@ const char kHelp[] =
     "library (its window value, or a negative failure code) and serves commands until\n"
     "it is asked to close (SIGTERM on POSIX, WM_CLOSE on Windows).\n"
     "\n"
+    "The board file is a board database: .pdbb, or its text form when the name ends\n"
+    "in .pdbba.\n"
+    "\n"
     "Hello failure codes:\n"
-    "  -3  the board file is missing or cannot be read\n"
+    "  -3  the board file is missing, cannot be read or is not a board\n"
     "  -6  the command slot of this process id is taken\n"
     "\n"
     "Environment:\n"
@@ -43,10 +47,6 @@ bool SayHello(int value) {
     return SendMessageTo(ReturnSlotName(), &value, sizeof(value), kHelloOpenWaitMs) == 1;
 }
 
-bool Readable(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return file.good() && !platform::IsDirectory(path);
-}
 
 }  // namespace
 
@@ -63,11 +63,14 @@ int main(int argc, char** argv) {
 
     viewer::ViewerContext context;
     context.boardPath = argv[2];
-    if (!Readable(context.boardPath)) {
+    viewer::Journal journal(platform::GetEnv("KPCB_VIEWER_JOURNAL"));
+    CString error;
+    context.board = CPdbbProcessor::LoadBoardFile(CString(context.boardPath), error);
+    if (!context.board) {
+        journal.Malformed("board not loaded: " + error.str());
         SayHello(kHelloBoardUnreadable);
         return 3;
     }
-    viewer::Journal journal(platform::GetEnv("KPCB_VIEWER_JOURNAL"));
     viewer::ViewerServer server(context, journal);
     if (!server.Open()) {
         SayHello(kHelloSlotTaken);

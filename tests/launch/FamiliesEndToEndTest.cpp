@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "KPCBAPI.hpp"
@@ -32,7 +33,7 @@ class EndToEnd : public ::testing::Test {
 protected:
     void SetUp() override {
         setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
-        std::ofstream(board) << "board\n";
+        std::filesystem::copy_file(testing_support::SampleBoard(), board);
     }
     TempDir dir;
     std::string board = dir / "board.pdbba";

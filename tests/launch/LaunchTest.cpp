@@ -61,7 +61,7 @@ protected:
     void SetUp() override {
         setenv("KPCB_DATA_DIR", data.path().c_str(), 1);
         setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
-        std::ofstream(board) << "board\n";
+        std::filesystem::copy_file(testing_support::SampleBoard(), board);
     }
     void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
 
@@ -163,6 +163,14 @@ TEST_F(LaunchTest, NegativeHelloIsReturnedAndNothingStored) {
     // A folder passes the existence test but cannot be read as a board: the viewer says -3.
     const int result = KPCB_Launch(CString(data.path()), 0);
     EXPECT_EQ(result, -3);
+    // So does a file that is not a board; the reason goes to the journal.
+    const std::string notABoard = data / "notes.pdbba";
+    std::ofstream(notABoard) << "shopping list\n";
+    EXPECT_EQ(KPCB_Launch(CString(notABoard), 0), -3);
+    const std::vector<std::string> journalLines = ReadLines(journal);
+    ASSERT_EQ(journalLines.size(), 2u);
+    for (const std::string& line : journalLines) EXPECT_NE(line.find("board not loaded"), std::string::npos) << line;
+    EXPECT_TRUE(NoChildren());
 }
 
 TEST_F(LaunchTest, TheLaunchIsLogged) {

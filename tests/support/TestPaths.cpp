@@ -11,6 +11,8 @@ namespace testing_support {
 
 std::string BinDir() { return platform::ExecutableDirectory(); }
 
+std::string SampleBoard() { return std::string(KPCB_SOURCE_DIR) + "/samples/demo_board.pdbba"; }
+
 TempDir::TempDir() {
     static std::atomic<int> counter{0};
     const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();

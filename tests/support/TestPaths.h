@@ -6,6 +6,8 @@
 namespace testing_support {
 // The folder that holds the library, the viewer and the test programs.
 std::string BinDir();
+// The sample board of the source tree (its text form).
+std::string SampleBoard();
 // A new empty folder, removed with its contents when the object goes.
 class TempDir {
 public:

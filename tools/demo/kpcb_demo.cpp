@@ -1,14 +1,11 @@
 // A short tour of KPCBAPI: the bytes of one command frame, then a reference viewer
 // launched on a board, driven, and closed.
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "CArchive.h"
 #include "KPCBAPI.h"
 #include "ViewRecords.h"
-#include "platform.h"
 
 namespace {
 
@@ -37,12 +34,9 @@ int Report(const char* what, int status) {
 int main(int argc, char** argv) {
     PrintFrameOfZoomIn();
 
-    namespace fs = std::filesystem;
     std::string board = argc > 1 ? argv[1] : "";
     if (board.empty()) {
-        const fs::path sample = fs::path(platform::ExecutableDirectory()) / "../../../samples/sample-board.pdbba";
-        board = fs::exists(sample) ? fs::canonical(sample).string() : (fs::temp_directory_path() / "kpcb-demo-board.pdbba").string();
-        if (!fs::exists(board)) std::ofstream(board) << "demo board\n";
+        board = std::string(KPCB_SOURCE_DIR) + "/samples/demo_board.pdbba";
     }
     std::printf("Launching the reference viewer on %s\n", board.c_str());
     const std::wstring wideBoard(board.begin(), board.end());

@@ -1,0 +1,21 @@
+// What the tests need of the operating system beyond the platform layer: changing
+// the environment, and a look at the processes that this one started.
+#pragma once
+
+#include <string>
+
+namespace testing_support {
+
+// Sets or removes a variable of this process's environment (seen by the library's
+// GetEnv and inherited by the processes it starts).
+void SetEnv(const char* name, const std::string& value);
+void UnsetEnv(const char* name);
+
+// True when no process started by this one is left, running or (on POSIX) waiting
+// to be reaped.
+bool NoChildren();
+
+// The file name (no folder) of the program that a running process executes.
+std::string ExecutableNameOf(int pid);
+
+}  // namespace testing_support
