@@ -21,9 +21,8 @@ int KPCB_Explorer(const int& pid, const int& selectionType, const CString& listF
         // The acknowledgement slot is opened only now, after the command left.
         CMailslot acknowledgement(0, kapi::ReturnSlotName());
         if (!acknowledgement.Open()) return KPCB_SLOT_UNAVAILABLE;
-        platform::SetSlotReadTimeout(acknowledgement.GetHandle(), kapi::ReplyTimeout());
         int value = -1;
-        if (!acknowledgement.ReadBytes(&value, 4, 0)) return KPCB_NO_REPLY;
+        if (!kapi::AwaitAnswer(acknowledgement, pid) || !acknowledgement.ReadBytes(&value, 4, 0)) return KPCB_NO_REPLY;
         return KPCB_OK;
     });
 }

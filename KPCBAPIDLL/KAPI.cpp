@@ -77,9 +77,8 @@ int KPCB_Launch(CString file, int hide) {
 
         CMailslot returnSlot(0, kapi::ReturnSlotName());
         if (!returnSlot.Open()) return KPCB_SLOT_UNAVAILABLE;
-        platform::SetSlotReadTimeout(returnSlot.GetHandle(), kapi::ReplyTimeout());
         int hello = -1;
-        if (!returnSlot.ReadBytes(&hello, 4, 0)) return KPCB_NO_REPLY;
+        if (!kapi::AwaitAnswer(returnSlot, pid) || !returnSlot.ReadBytes(&hello, 4, 0)) return KPCB_NO_REPLY;
         if (hello < 0) return hello;
         WindowTable().Add(pid, static_cast<intptr_t>(hello));
         return pid;
@@ -114,5 +113,7 @@ int KPCB_Exit(int pid, int wait) {
 }
 
 void KPCB_FreeString(wchar_t* text) { platform::FreeSysString(text); }
+
+void KPCB_SetReplyTimeout(int milliseconds) { kapi::SetReplyTimeout(milliseconds); }
 
 }  // extern "C"

@@ -1,6 +1,8 @@
 #include "KapiFrame.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstring>
 #include <new>
 
@@ -71,14 +73,37 @@ int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copi
     if (copies == Copies::Twice) command.SendFrame(file);
     CMailslot replySlot(0, MakeReplySlotName(pid));
     if (!replySlot.Open()) return kSlotUnavailable;
-    platform::SetSlotReadTimeout(replySlot.GetHandle(), ReplyTimeout());
     CMemFile* replyFile = new CMemFile(1024);
     command.SendFrame(file);
+    if (!AwaitAnswer(replySlot, pid)) {
+        delete replyFile;
+        return kNoReply;
+    }
     if (!ReceiveRecord(replySlot, replyFile, reply)) return kNoReply;
     return kOk;
 }
 
 void SetReplyTimeout(int milliseconds) { g_replyTimeoutMs = milliseconds > 0 ? milliseconds : 0; }
 int ReplyTimeout() { return g_replyTimeoutMs; }
+
+bool AwaitAnswer(CMailslot& slot, int pid) {
+    const int limit = ReplyTimeout();
+    if (limit <= 0) return true;
+    platform::SetSlotReadTimeout(slot.GetHandle(), limit);
+    // Wait in short slices so that a viewer that has ended is noticed at once.
+    constexpr int kSliceMs = 20;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit);
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+        if (left <= 0) return false;
+        uint32_t size = 0;
+        if (platform::PeekSlotMessageSize(slot.GetHandle(), static_cast<int>(std::min<long long>(left, kSliceMs)), &size))
+            return true;
+        if (!platform::ProcessExists(pid)) {
+            // It may have answered just before it ended.
+            return platform::PeekSlotMessageSize(slot.GetHandle(), 0, &size);
+        }
+    }
+}
 
 }  // namespace kapi

@@ -5,6 +5,7 @@
 #include <cwchar>
 
 #include "CKPRCI__Base.h"
+#include "CMailslot.h"
 #include "CMemFile.h"
 #include "CString.h"
 #include "CStringArray.h"
@@ -48,6 +49,10 @@ int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copi
 // Time limit of every reply wait in milliseconds; 0 waits for ever.
 void SetReplyTimeout(int milliseconds);
 int ReplyTimeout();
+// With a time limit set: waits until a message is in slot, and false when the limit
+// passes or process pid ends first. Without one: true at once (the read then waits).
+// Also applies the limit to the slot's reads.
+bool AwaitAnswer(CMailslot& slot, int pid);
 
 // Runs body, turning anything it throws into failure: nothing crosses the boundary.
 template <class Body>

@@ -215,6 +215,14 @@ KPCBAPI_EXPORT int KPCB_ExportBitmap_CurrentImage(int pid, const char* path);
  * no liveness test (a dead instance shows as -5); -7. */
 KPCBAPI_EXPORT int KPCB_ExportPDBAscii(int pid, const char* path);
 
+/* ---- Waiting -------------------------------------------------------------- */
+
+/* Limits every wait for a viewer's answer (query replies, the launch hello, the
+ * explorer acknowledgement) to milliseconds; 0, the default, waits for ever. With
+ * a limit set, a wait ends with -7 when the limit passes or as soon as the viewer's
+ * process has ended. Process-wide; takes effect for calls that start afterwards. */
+KPCBAPI_EXPORT void KPCB_SetReplyTimeout(int milliseconds);
+
 /* ---- Freeing results ----------------------------------------------------- */
 
 /* Frees a string that the library allocated for a wchar_t** result. Null is ignored. */

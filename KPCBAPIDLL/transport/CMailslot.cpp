@@ -102,6 +102,8 @@ int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record) {
     try {
         CArchive ar(owned.get(), CArchive::load, 4096);
         record.Serialize(ar);
+        // A reply is exactly one record: bytes left over mean another class or garbage.
+        if (ar.Remaining() != 0) return 0;
         ar.Close();
     } catch (const std::exception&) {
         return 0;  // a short or malformed image: no valid reply

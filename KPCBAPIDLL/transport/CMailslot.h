@@ -41,6 +41,7 @@ private:
 };
 
 // Receives one frame on slot into file and loads record from it. The file is
-// deleted on every path. 0 when no frame came, it is shorter than 4 bytes, or it does
-// not hold a valid image of the record (the record may then be partly filled).
+// deleted on every path. 0 when no frame came, it is shorter than 4 bytes, or it is
+// not exactly one image of the record: too short, or with bytes left over (the
+// record may then be partly filled).
 int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record);

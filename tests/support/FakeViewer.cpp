@@ -44,6 +44,12 @@ void FakeViewer::AnswerRaw(const std::vector<Bytes>& messages, int onFrame, Chan
     m_armed.push_back(Armed{messages, onFrame, channel});
 }
 
+void FakeViewer::AnswerNow(const Bytes& payload, Channel channel) {
+    Armed now{{LengthMessage(static_cast<uint32_t>(payload.size()))}, 0, channel};
+    if (!payload.empty()) now.messages.push_back(payload);
+    Deliver(now);
+}
+
 bool FakeViewer::WaitForMessages(size_t count, int timeoutMs) {
     std::unique_lock<std::mutex> hold(m_lock);
     return m_changed.wait_for(hold, std::chrono::milliseconds(timeoutMs), [&] { return m_messages.size() >= count; });

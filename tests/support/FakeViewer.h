@@ -58,6 +58,9 @@ public:
     // Answers with these raw messages instead of a well-formed frame.
     void AnswerRaw(const std::vector<Bytes>& messages, int onFrame = 1, Channel channel = Channel::ReplySlot);
 
+    // Sends a frame with this payload at once, whatever has arrived.
+    void AnswerNow(const Bytes& payload, Channel channel = Channel::ReplySlot);
+
     // Waits until at least count messages have arrived; false on time-out.
     bool WaitForMessages(size_t count, int timeoutMs = 5000);
     // Every message received so far, in order.

@@ -1,0 +1,3 @@
+# Some cases use the return slot, which launches share.
+list(APPEND test_properties RESOURCE_LOCK kpcb_return_slot)
+add_dependencies(test_${area} KorbinPCB KPCBAPIDLL)
