@@ -75,10 +75,17 @@ int KPCB_Launch(CString file, int hide) {
                                                {CString(launchSwitch).Trim().str(), file.str()});
         if (pid <= 0) return KPCB_ERR_202;
 
+        // A viewer that cannot be heard is asked to close rather than left behind.
         CMailslot returnSlot(0, kapi::ReturnSlotName());
-        if (!returnSlot.Open()) return KPCB_SLOT_UNAVAILABLE;
+        if (!returnSlot.Open()) {
+            platform::AbandonProcess(pid);
+            return KPCB_SLOT_UNAVAILABLE;
+        }
         int hello = -1;
-        if (!kapi::AwaitAnswer(returnSlot, pid) || !returnSlot.ReadBytes(&hello, 4, 0)) return KPCB_NO_REPLY;
+        if (!kapi::AwaitAnswer(returnSlot, pid) || !returnSlot.ReadBytes(&hello, 4, 0)) {
+            platform::AbandonProcess(pid);
+            return KPCB_NO_REPLY;
+        }
         if (hello < 0) return hello;
         WindowTable().Add(pid, static_cast<intptr_t>(hello));
         return pid;

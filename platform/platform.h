@@ -48,6 +48,9 @@ bool ProcessExists(int pid);
 int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& args);
 // Asks a viewer to close: its main window gets WM_CLOSE / its process SIGTERM.
 void RequestClose(int pid, intptr_t window);
+// Ends a started process that nobody will talk to (a launch that could not hear
+// its hello): SIGTERM on POSIX, TerminateProcess on Windows.
+void AbandonProcess(int pid);
 // Waits for the process to end. With timeoutMs < 0 waits for ever. True when it ended.
 bool WaitProcessExit(int pid, int timeoutMs);
 

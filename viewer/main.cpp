@@ -43,8 +43,13 @@ const char kHelp[] =
     "a well-formed reply. Queries about the board's contents (pin counts, pitch,\n"
     "placement, net pins, copper merge) answer error code 0 and zero values for now.\n";
 
+// The launching library creates the return slot only after this process started:
+// keep trying for a while, unless asked to close meanwhile.
 bool SayHello(int value) {
-    return SendMessageTo(ReturnSlotName(), &value, sizeof(value), kHelloOpenWaitMs) == 1;
+    CMailslot slot(1, ReturnSlotName());
+    for (int waited = 0; !OpenWhenReady(slot, 50); waited += 50)
+        if (waited >= kHelloOpenWaitMs || platform::CloseRequested()) return false;
+    return slot.WriteBytes(&value, sizeof(value)) == 1;
 }
 
 

@@ -138,6 +138,10 @@ void RequestClose(int pid, intptr_t /*window*/) {
     if (pid > 0) kill(pid, SIGTERM);
 }
 
+void AbandonProcess(int pid) {
+    if (pid > 0) kill(pid, SIGTERM);
+}
+
 bool WaitProcessExit(int pid, int timeoutMs) {
     if (pid <= 0) return true;
     const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));

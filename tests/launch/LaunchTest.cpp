@@ -12,7 +12,9 @@
 #include <sstream>
 #include <thread>
 
+#include "CMailslot.h"
 #include "KPCBAPI.hpp"
+#include "SlotNames.h"
 #include "TestPaths.h"
 #include "platform.h"
 
@@ -50,10 +52,29 @@ bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 5000) {
     return true;
 }
 
+// Running reference viewers whose command line names this test's data folder.
+int ViewerCount();
+
 // No child of this process is left, running or as a zombie.
 bool NoChildren() {
     int status;
     return waitpid(-1, &status, WNOHANG) == -1 && errno == ECHILD;
+}
+
+std::string g_dataFolder;
+
+int ViewerCount() {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        std::ifstream cmdline(entry.path() / "cmdline");
+        std::string text((std::istreambuf_iterator<char>(cmdline)), std::istreambuf_iterator<char>());
+        if (text.find("-LAUNCH-FROM-KAPI") != std::string::npos && text.find(g_dataFolder) != std::string::npos &&
+            platform::ProcessExists(std::stoi(name)))
+            ++count;
+    }
+    return count;
 }
 
 class LaunchTest : public ::testing::Test {
@@ -61,6 +82,7 @@ protected:
     void SetUp() override {
         setenv("KPCB_DATA_DIR", data.path().c_str(), 1);
         setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        g_dataFolder = data.path();
         std::filesystem::copy_file(testing_support::SampleBoard(), board);
     }
     void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
@@ -222,4 +244,16 @@ TEST_F(LaunchTest, CallerSignalHandlersAreUntouched) {
     KPCB_Exit(pid, 1);
     sigaction(SIGCHLD, nullptr, &after);
     EXPECT_EQ(before.sa_handler, after.sa_handler);
+}
+
+TEST_F(LaunchTest, BusyReturnSlotIsMinusFiveAndLeavesNoViewerBehind) {
+    CMailslot held(0, ReturnSlotName());  // another launch is waiting on it
+    ASSERT_EQ(held.Open(), 1);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(KPCB_Launch(CString(board), 1), KPCB_SLOT_UNAVAILABLE);
+    // The viewer that was started is told to close and does, long before its
+    // hello would have given up.
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_TRUE(WaitUntil([&] { return JournalClassIds(journal).empty() && ViewerCount() == 0; }, 10000));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
