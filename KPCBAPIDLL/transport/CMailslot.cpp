@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 #include "CArchive.h"
 #include "CKPRCI__Base.h"
@@ -54,7 +55,18 @@ int CMailslot::ReadBytes(void* buffer, unsigned int count, int once) {
     return 1;
 }
 
+namespace {
+// A frame is two messages; frames sent by several threads of one process must not
+// interleave in a slot, or the reader would pair one frame's length with another's
+// payload.
+std::mutex& FrameSendLock() {
+    static std::mutex lock;
+    return lock;
+}
+}  // namespace
+
 int CMailslot::SendFrame(CFile& file) {
+    std::lock_guard<std::mutex> whole(FrameSendLock());
     file.SeekToBegin();
     const uint32_t length = static_cast<uint32_t>(file.GetLength());
     unsigned char prefix[4];

@@ -1,0 +1,122 @@
+// Long runs against the real viewer: nothing lost under load from many threads, and
+// nothing growing in the caller over many calls.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "KPCBAPI.hpp"
+#include "TestPaths.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+long ResidentKiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
+    return -1;
+}
+
+long OpenDescriptors() {
+    long n = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        (void)entry;
+        ++n;
+    }
+    return n;
+}
+
+long CallsFromEnvironment(const char* name, long fallback) {
+    const char* value = std::getenv(name);
+    return value ? std::atol(value) : fallback;
+}
+
+class Soak : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        fs::copy_file(testing_support::SampleBoard(), board);
+        pid = KPCB_Launch(CString(board), 1);
+        ASSERT_GT(pid, 0);
+    }
+    void TearDown() override {
+        if (pid > 0) {
+            EXPECT_EQ(KPCB_Exit(pid, 1), 0);
+        }
+        unsetenv("KPCB_VIEWER_JOURNAL");
+    }
+    size_t JournalLines() {
+        std::ifstream in(journal);
+        size_t n = 0;
+        for (std::string line; std::getline(in, line);) ++n;
+        return n;
+    }
+
+    testing_support::TempDir dir;
+    std::string journal = dir / "journal.txt";
+    std::string board = dir / "board.pdbba";
+    int pid = 0;
+};
+
+// One round of the mixed calls; returns how many calls it made.
+int MixedRound(int pid, int i) {
+    double pitch = 0;
+    int count = 0;
+    EXPECT_EQ(KPCB_ZoomIn(pid), 0);
+    EXPECT_EQ(KPCB_GetPinPitch(pid, L"U1", 0, &pitch), 0);
+    EXPECT_EQ(KPCB_SetMainTitle(pid, (i % 2) ? "odd" : "even"), 0);
+    EXPECT_EQ(KPCB_Highlight(pid, 0, "GND", ",", 0), 0);
+    EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &count), 0);
+    wchar_t* net = nullptr;
+    wchar_t* pins = nullptr;
+    const int status = KPCB_GetPinListInfoOfNet_RefPin(pid, L"U1", L"1", &net, &pins, L",");
+    EXPECT_TRUE(status == 0 || status == KPCB_ERR_200);
+    KPCB_FreeString(net);
+    KPCB_FreeString(pins);
+    EXPECT_EQ(KPCB_IsRunning(pid), 1);
+    return 7;
+}
+
+}  // namespace
+
+TEST_F(Soak, ManyThreadsOfOneWayCommandsLoseNothing) {
+    const int threads = 8;
+    const long perThread = CallsFromEnvironment("KPCB_STRESS_COMMANDS", 10000);
+    std::vector<std::thread> senders;
+    std::vector<long> failures(threads, 0);
+    for (int t = 0; t < threads; ++t) {
+        senders.emplace_back([&, t] {
+            for (long i = 0; i < perThread; ++i) {
+                if (KPCB_Route_OnOff(pid, static_cast<int>(i & 1)) != 0) ++failures[t];
+            }
+        });
+    }
+    for (std::thread& sender : senders) sender.join();
+    for (int t = 0; t < threads; ++t) EXPECT_EQ(failures[t], 0) << "thread " << t;
+    // A waiting call is served after everything sent before it.
+    EXPECT_EQ(KPCB_SetMainTitle(pid, "done"), 0);
+    EXPECT_EQ(JournalLines(), static_cast<size_t>(threads * perThread + 1));
+}
+
+TEST_F(Soak, ResidentMemoryAndDescriptorsStayFlat) {
+    unsetenv("KPCB_VIEWER_JOURNAL");
+    const long calls = CallsFromEnvironment("KPCB_SOAK_CALLS", 20000);
+    long made = 0;
+    int round = 0;
+    while (made < 1000) made += MixedRound(pid, round++);
+    const long residentAfterWarmUp = ResidentKiB();
+    const long descriptorsAfterWarmUp = OpenDescriptors();
+    while (made < calls) made += MixedRound(pid, round++);
+    const long residentAtEnd = ResidentKiB();
+    EXPECT_EQ(OpenDescriptors(), descriptorsAfterWarmUp);
+    EXPECT_LE(residentAtEnd - residentAfterWarmUp, 1024) << "KiB grown over " << made << " calls";
+    RecordProperty("calls", std::to_string(made));
+    RecordProperty("resident_growth_kib", std::to_string(residentAtEnd - residentAfterWarmUp));
+}
