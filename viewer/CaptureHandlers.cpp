@@ -5,6 +5,7 @@
 
 #include "CaptureRecords.h"
 #include "Dispatcher.h"
+#include "ExplorerList.h"
 
 namespace viewer {
 namespace {
@@ -22,20 +23,16 @@ Answer Export(CKPRCI__Base& base, ViewerContext& context) {
     return ReplyAnswer(reply, "text export asked for " + path);
 }
 
-Answer Explorer(CKPRCI__Base& base, ViewerContext&) {
+Answer Explorer(CKPRCI__Base& base, ViewerContext& context) {
     auto& record = static_cast<CKPRCI_Explorer&>(base);
     const std::string path = record.GetObjectListFilePath().str();
-    int objects = 0;
-    std::ifstream list(path);
-    for (std::string line; std::getline(list, line);)
-        if (!line.empty()) ++objects;
+    const ExplorerList list = ReadExplorerList(*context.board, record.GetSelectionTypeA(), path);
     Answer answer;
     answer.channel = Answer::Channel::ReturnSlot;
     const int32_t acknowledgement = 0;
     answer.bytes.resize(4);
     std::memcpy(answer.bytes.data(), &acknowledgement, 4);
-    answer.note = "explorer type " + std::to_string(record.GetSelectionTypeA()) + " with " + std::to_string(objects) +
-                  " objects from " + path;
+    answer.note = "explorer type " + std::to_string(record.GetSelectionTypeA()) + " from " + path + ": " + list.Describe();
     return answer;
 }
 

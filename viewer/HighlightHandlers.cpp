@@ -1,4 +1,14 @@
-// Highlights, the current colour, and layer visibility: kept for drawing.
+// Highlights, the current colour, and layer visibility: kept for drawing. Every
+// highlight is kept as sent; its answer is a verdict on the names against the board:
+//   named (kinds 0 nets, 1 components, 2 pins "REF-PIN"): -200 for another kind,
+//       -201 when no name of the list is on the board, else 0;
+//   reference pins: -200 for an unknown reference, -201 when none of the named pins
+//       is a pin of it, else 0;
+//   net section: -201 for an unknown net, -200 when either end is not a pin of that
+//       net, else 0;
+//   net segments: -201 for an unknown net, -200 when the list is empty or an index
+//       is not one of the net's routing objects (tracks and vias in board order).
+#include "BoardQueries.h"
 #include "Dispatcher.h"
 #include "HighlightRecords.h"
 #include "LayerRecords.h"
@@ -6,9 +16,46 @@
 namespace viewer {
 namespace {
 
-Answer Done(std::string note) {
+Answer Done(int verdict, std::string note) {
     CKPRCI__BaseRV reply;
+    reply.SetErrorCode(verdict);
+    if (verdict) note += ": " + std::to_string(verdict);
     return ReplyAnswer(reply, std::move(note));
+}
+
+int NamedVerdict(const CPdb& pdb, const Highlight& h) {
+    if (h.objectKind < board::Nets || h.objectKind > board::Pins) return board::kUnknownName;
+    for (const std::string& name : h.names)
+        if (board::ObjectExists(pdb, h.objectKind, name)) return 0;
+    return board::kNotApplicable;
+}
+
+int RefPinsVerdict(const CPdb& pdb, const Highlight& h) {
+    const CPComp* comp = pdb.FindComp(CString(h.ref.c_str()));
+    if (!comp) return board::kUnknownName;
+    for (const std::string& name : h.names)
+        if (comp->FindPin(CString(name.c_str()))) return 0;
+    return board::kNotApplicable;
+}
+
+// names: net, ref1, pin1, ref2, pin2.
+int SectionVerdict(const CPdb& pdb, const std::vector<std::string>& names) {
+    const CPNet* net = pdb.FindNet(CString(names[0].c_str()));
+    if (!net) return board::kNotApplicable;
+    for (size_t end = 1; end + 1 < names.size(); end += 2) {
+        const CPRefPin* pin = pdb.FindPin(CString(names[end].c_str()), CString(names[end + 1].c_str()));
+        if (!pin || pin->GetNet() != net) return board::kUnknownName;
+    }
+    return 0;
+}
+
+int SegmentsVerdict(const CPdb& pdb, const Highlight& h) {
+    const CPNet* net = pdb.FindNet(CString(h.names[0].c_str()));
+    if (!net) return board::kNotApplicable;
+    if (h.segments.empty()) return board::kUnknownName;
+    for (int index : h.segments)
+        if (!board::NetSegment(*net, index)) return board::kUnknownName;
+    return 0;
 }
 
 Answer Named(CKPRCI__Base& base, ViewerContext& context) {
@@ -20,7 +67,7 @@ Answer Named(CKPRCI__Base& base, ViewerContext& context) {
     h.layers = ToStrings(record.GetSpecificLayerList());
     h.color = record.GetHighlightColor();
     context.view.highlights.push_back(h);
-    return Done("highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names));
+    return Done(NamedVerdict(*context.board, h), "highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names));
 }
 
 Answer Color(CKPRCI__Base& base, ViewerContext& context) {
@@ -36,7 +83,7 @@ Answer RefPins(CKPRCI__Base& base, ViewerContext& context) {
     h.names = ToStrings(record.GetPinNames());
     h.color = record.GetHighlightColor();
     context.view.highlights.push_back(h);
-    return Done("highlight pins " + h.ref + " " + Joined(h.names));
+    return Done(RefPinsVerdict(*context.board, h), "highlight pins " + h.ref + " " + Joined(h.names));
 }
 
 Answer Section(CKPRCI__Base& base, ViewerContext& context) {
@@ -47,7 +94,7 @@ Answer Section(CKPRCI__Base& base, ViewerContext& context) {
                record.GetRef2Name().str(), record.GetPin2Name().str()};
     h.color = context.view.currentHighlightColor;
     context.view.highlights.push_back(h);
-    return Done("highlight section " + Joined(h.names));
+    return Done(SectionVerdict(*context.board, h.names), "highlight section " + Joined(h.names));
 }
 
 Answer Segments(CKPRCI__Base& base, ViewerContext& context) {
@@ -59,7 +106,7 @@ Answer Segments(CKPRCI__Base& base, ViewerContext& context) {
     for (INT_PTR i = 0; i < segments.GetSize(); ++i) h.segments.push_back(segments[i]);
     h.color = record.GetColor();
     context.view.highlights.push_back(h);
-    return Done("highlight segments of " + h.names[0]);
+    return Done(SegmentsVerdict(*context.board, h), "highlight segments of " + h.names[0]);
 }
 
 Answer Layers(CKPRCI__Base& base, ViewerContext& context) {
