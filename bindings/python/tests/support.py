@@ -1,0 +1,343 @@
+"""Shared pieces of the binding's tests: the environment, a board file, viewers
+with a journal, and a fake viewer that answers from inside the test process."""
+
+import glob
+import os
+import shutil
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+PACKAGE_ROOT = os.path.dirname(HERE)  # bindings/python
+REPO_ROOT = os.path.dirname(os.path.dirname(PACKAGE_ROOT))
+if PACKAGE_ROOT not in sys.path:
+    sys.path.insert(0, PACKAGE_ROOT)
+
+import kpcb  # noqa: E402
+
+# Every test run keeps the API log and its files in its own folder.
+WORK_DIR = tempfile.mkdtemp(prefix="kpcb-python-tests-")
+os.environ.setdefault("KPCB_DATA_DIR", os.path.join(WORK_DIR, "data"))
+
+
+def library_dir():
+    return os.path.dirname(kpcb.find_library())
+
+
+_board = None
+
+
+def board_file():
+    """A board the reference viewer accepts: KPCB_TEST_BOARD, a board in samples/,
+    one made by kpcb_boardgen beside the library, or else a small file."""
+    global _board
+    if _board:
+        return _board
+    named = os.environ.get("KPCB_TEST_BOARD")
+    samples = sorted(glob.glob(os.path.join(REPO_ROOT, "samples", "*.pdbb*")))
+    generator = os.path.join(library_dir(), "kpcb_boardgen")
+    if named:
+        _board = named
+    elif samples:
+        _board = samples[0]
+    elif os.access(generator, os.X_OK):
+        _board = os.path.join(WORK_DIR, "board.pdbba")
+        subprocess.run([generator, "8", _board], check=True, stdout=subprocess.DEVNULL)
+    else:
+        _board = os.path.join(WORK_DIR, "board.pdbba")
+        with open(_board, "w") as out:
+            out.write("board for the binding tests\n")
+    return _board
+
+
+def wait_for(predicate, timeout=10.0):
+    deadline = time.monotonic() + timeout
+    while time.monotonic() < deadline:
+        value = predicate()
+        if value:
+            return value
+        time.sleep(0.02)
+    return predicate()
+
+
+def dead_pid():
+    """The process id of a process that has just ended."""
+    child = subprocess.Popen([sys.executable, "-c", "pass"])
+    child.wait()
+    return child.pid
+
+
+class ViewerTestCase(unittest.TestCase):
+    """Runs its tests against one reference viewer, launched hidden for the class,
+    with a journal of every record the viewer receives."""
+
+    viewer = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.mkdtemp(prefix=cls.__name__ + "-", dir=WORK_DIR)
+        cls.journal_path = os.path.join(cls.folder, "journal.txt")
+        os.environ["KPCB_VIEWER_JOURNAL"] = cls.journal_path
+        try:
+            cls.viewer = kpcb.Viewer.launch(board_file(), hide=True)
+        finally:
+            del os.environ["KPCB_VIEWER_JOURNAL"]
+
+    @classmethod
+    def tearDownClass(cls):
+        if cls.viewer is not None and cls.viewer.is_running():
+            cls.viewer.exit(wait=True)
+
+    def journal(self):
+        """(class name, payload, note) of every record the viewer has journaled so far."""
+        if not os.path.exists(self.journal_path):
+            return []
+        with open(self.journal_path, encoding="utf-8", errors="replace") as lines:
+            entries = [line.rstrip("\n").split("\t") for line in lines]
+        return [(e[2], bytes.fromhex(e[3]), e[4]) for e in entries if len(e) >= 5]
+
+    BARRIER = "journal barrier"
+
+    def barrier(self):
+        """Asks the viewer a question that comes once and is journaled before it is
+        answered; returns the journal entries up to its own. The viewer serves
+        records in order, so everything sent before has been served by then."""
+        self.viewer.pin_count_of_part(self.BARRIER)
+        marker = cstring(self.BARRIER)
+
+        def upto():
+            entries = self.journal()
+            found = [i for i, (name, payload, _) in enumerate(entries)
+                     if name == "CKPRCI_Information_GetCompPinCount" and payload.endswith(marker)]
+            return (entries[:found[-1]],) if found else None
+
+        served = wait_for(upto)
+        self.assertIsNotNone(served, "the viewer journaled nothing")
+        return served[0]
+
+    def mark(self):
+        """The journal length once the viewer has served everything sent so far."""
+        return len(self.barrier()) + 1
+
+    def entries_of(self, action):
+        """Runs action and returns the journal entries of what it sent."""
+        before = self.mark()
+        action()
+        return self.barrier()[before:]
+
+    def refused(self, action, error=None):
+        """Runs action, which must raise error (a KpcbError by default); returns the
+        exception and the journal entries of what was sent meanwhile."""
+        caught = []
+
+        def attempt():
+            with self.assertRaises(error or kpcb.KpcbError) as context:
+                action()
+            caught.append(context.exception)
+
+        entries = self.entries_of(attempt)
+        return caught[0], entries
+
+    def notes_of(self, action):
+        """Runs action and returns the notes the viewer journaled for it."""
+        return [note for _, _, note in self.entries_of(action)]
+
+
+# ---- archive images (little-endian, as the library writes them) ---------------
+
+def i32(value):
+    return struct.pack("<i", value)
+
+
+def f64(value):
+    return struct.pack("<d", value)
+
+
+def cstring(text):
+    data = text.encode("utf-8")
+    n = len(data)
+    if n < 0xFF:
+        return bytes([n]) + data
+    if n < 0xFFFE:
+        return b"\xff" + struct.pack("<H", n) + data
+    return b"\xff\xff\xff" + struct.pack("<I", n) + data
+
+
+def count(n):
+    return struct.pack("<H", n) if n < 0xFFFF else b"\xff\xff" + struct.pack("<I", n)
+
+
+def strings(items):
+    return count(len(items)) + b"".join(cstring(s) for s in items)
+
+
+def doubles(values):
+    return count(len(values)) + b"".join(f64(v) for v in values)
+
+
+class Reader:
+    """Reads the fields of a command payload."""
+
+    def __init__(self, payload):
+        self.data, self.at = payload, 0
+
+    def take(self, n):
+        chunk = self.data[self.at:self.at + n]
+        if len(chunk) != n:
+            raise ValueError("payload too short")
+        self.at += n
+        return chunk
+
+    def i32(self):
+        return struct.unpack("<i", self.take(4))[0]
+
+    def f64(self):
+        return struct.unpack("<d", self.take(8))[0]
+
+    def count(self):
+        n = struct.unpack("<H", self.take(2))[0]
+        return struct.unpack("<I", self.take(4))[0] if n == 0xFFFF else n
+
+    def cstring(self):
+        n = self.take(1)[0]
+        if n == 0xFF:
+            n = struct.unpack("<H", self.take(2))[0]
+            if n == 0xFFFF:
+                self.take(1)
+                n = struct.unpack("<I", self.take(4))[0]
+        return self.take(n).decode("utf-8")
+
+    def strings(self):
+        return [self.cstring() for _ in range(self.count())]
+
+
+def command_slot_name(pid):
+    return "\\\\.\\mailslot\\KPCB\\RCIMR\\%d" % pid
+
+
+def reply_slot_name(pid):
+    return "\\\\.\\mailslot\\KAPI\\RCIMR\\%d" % pid
+
+
+def slot_address(name):
+    return b"\0" + name.encode("ascii")
+
+
+class FakeViewer:
+    """Owns the command slot of this test process's own id, so that
+    kpcb.Viewer(os.getpid()) talks to it (the process runs, so the library's
+    liveness test passes). answer(class_id, reader) gives the reply payload to
+    send back, or None for a command that is not answered; every frame received
+    is kept in .requests as (class id, payload)."""
+
+    def __init__(self, answer):
+        self.answer = answer
+        self.pid = os.getpid()
+        self.requests = []
+        self._pending = None
+        self._stop = threading.Event()
+        self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self._socket.bind(slot_address(command_slot_name(self.pid)))
+        self._socket.settimeout(0.05)
+        self._thread = threading.Thread(target=self._serve, daemon=True)
+
+    def __enter__(self):
+        self._thread.start()
+        return kpcb.Viewer(self.pid)
+
+    def __exit__(self, *exc):
+        self._stop.set()
+        self._thread.join()
+        self._socket.close()
+        return False
+
+    def _receive(self):
+        while not self._stop.is_set():
+            try:
+                return self._socket.recv(1 << 20)
+            except socket.timeout:
+                continue
+        return None
+
+    def _serve(self):
+        while True:
+            prefix = self._receive()
+            if prefix is None:
+                return
+            if len(prefix) != 4:
+                continue
+            length = struct.unpack("<I", prefix)[0]
+            payload = self._receive() if length else b""
+            if payload is None:
+                return
+            class_id = struct.unpack("<i", payload[:4])[0] if len(payload) >= 4 else -1
+            self.requests.append((class_id, payload))
+            if arrives_twice(payload):
+                # The library sends these twice, the first copy before its reply
+                # slot exists: answer the second.
+                first, self._pending = self._pending != payload, payload
+                if first:
+                    continue
+                self._pending = None
+            reply = self.answer(class_id, Reader(payload[4:]))
+            if reply is not None:
+                send_frame(reply_slot_name(self.pid), reply)
+
+
+def arrives_twice(payload):
+    """Highlights, net sections and the calling-status question come twice."""
+    class_id = payload[:4]
+    return class_id in (i32(3), i32(6)) or (class_id == i32(24) and payload[4:8] == i32(1))
+
+
+def send_frame(slot, payload):
+    """Sends one frame (length, then payload) to a slot; quietly nothing when the
+    slot does not exist (a copy of a request sent before its reply slot was made)."""
+    out = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+    try:
+        out.connect(slot_address(slot))
+        out.send(struct.pack("<I", len(payload)))
+        if payload:
+            out.send(payload)
+    except OSError:
+        pass
+    finally:
+        out.close()
+
+
+def answer_every_query(code, *fields):
+    """An answer function: every request gets the reply code with fields."""
+    return lambda class_id, reader: i32(code) + b"".join(fields)
+
+
+def merge_reply(code, mode=0, cw_count=0, ccw_count=0, cw_points=0, ccw_points=0, point=(0.0, 0.0),
+                cw_xy=((), ()), ccw_xy=((), ())):
+    """The image of a polygon-merge reply."""
+    return (i32(code) + i32(mode) + i32(cw_count) + i32(ccw_count) + i32(cw_points) + i32(ccw_points) +
+            f64(point[0]) + f64(point[1]) + doubles(cw_xy[0]) + doubles(cw_xy[1]) + doubles(ccw_xy[0]) +
+            doubles(ccw_xy[1]))
+
+
+def copy_library(folder):
+    """A copy of the library alone in folder (no viewer beside it)."""
+    target = os.path.join(folder, os.path.basename(kpcb.find_library()))
+    shutil.copy2(kpcb.find_library(), target)
+    return target
+
+
+def run_python(code, env_update):
+    """Runs code in a fresh interpreter with the binding importable; returns its
+    standard output, stripped."""
+    env = dict(os.environ)
+    env.update(env_update)
+    env["PYTHONPATH"] = PACKAGE_ROOT + os.pathsep + env.get("PYTHONPATH", "")
+    done = subprocess.run([sys.executable, "-c", code], env=env, capture_output=True, text=True, timeout=120)
+    if done.returncode != 0:
+        raise AssertionError("child failed: %s" % done.stderr)
+    return done.stdout.strip()

@@ -1,0 +1,151 @@
+"""Status codes and their exceptions: the mapping itself, and each code as it
+reaches a caller through the library."""
+
+import os
+import socket
+import unittest
+
+import support
+from support import FakeViewer, answer_every_query, i32, kpcb
+
+EXPECTED = {
+    -4: kpcb.NotRunningError,
+    -5: kpcb.SlotUnavailableError,
+    -7: kpcb.NoReplyError,
+    -200: kpcb.ViewerRefusedError,
+    -201: kpcb.ViewerRefusedError,
+    -202: kpcb.ViewerRefusedError,
+}
+
+
+class MappingTest(unittest.TestCase):
+    def test_each_code_gets_its_class_code_and_meaning(self):
+        for code, cls in EXPECTED.items():
+            with self.subTest(code=code):
+                error = kpcb.error_for(code, "KPCB_Something")
+                self.assertIs(type(error), cls)
+                self.assertIsInstance(error, kpcb.KpcbError)
+                self.assertEqual(error.code, code)
+                self.assertEqual(error.function, "KPCB_Something")
+                self.assertTrue(error.meaning)
+                self.assertIn(str(code), str(error))
+                self.assertIn("KPCB_Something", str(error))
+
+    def test_the_three_refusals_stay_apart(self):
+        meanings = {kpcb.error_for(code).meaning for code in (-200, -201, -202)}
+        self.assertEqual(len(meanings), 3)
+
+    def test_other_negative_codes_are_plain_kpcb_errors(self):
+        for code in (-1, -3, -6, -203, -100000):
+            with self.subTest(code=code):
+                error = kpcb.error_for(code)
+                self.assertIs(type(error), kpcb.KpcbError)
+                self.assertEqual(error.code, code)
+                self.assertIn(str(code), error.meaning)
+
+    def test_a_call_may_say_what_a_code_means_for_it(self):
+        error = kpcb.error_for(-200, "KPCB_X", {-200: "no such red mark"})
+        self.assertIsInstance(error, kpcb.ViewerRefusedError)
+        self.assertEqual(error.meaning, "no such red mark")
+        self.assertEqual(kpcb.error_for(-5, None, {-200: "x"}).meaning, kpcb.errors.MEANINGS[-5])
+
+    def test_check_passes_counts_and_raises_failures(self):
+        self.assertEqual(kpcb.errors.check(0), 0)
+        self.assertEqual(kpcb.errors.check(17), 17)
+        with self.assertRaises(kpcb.NoReplyError):
+            kpcb.errors.check(-7)
+
+
+class ThroughTheLibraryTest(unittest.TestCase):
+    def test_dead_process_is_not_running(self):
+        viewer = kpcb.Viewer(support.dead_pid())
+        for call in (viewer.zoom_in, viewer.red_mark_call_status, viewer.cw_polygon_count,
+                     lambda: viewer.net_pins("U1", "1"), lambda: viewer.exit(wait=False)):
+            with self.subTest(call=call):
+                with self.assertRaises(kpcb.NotRunningError) as caught:
+                    call()
+                self.assertEqual(caught.exception.code, -4)
+
+    def test_running_process_without_a_command_slot(self):
+        viewer = kpcb.Viewer(os.getpid())
+        for call in (viewer.zoom_in, viewer.red_mark_call_status, lambda: viewer.highlight(0, ["A"])):
+            with self.subTest(call=call):
+                with self.assertRaises(kpcb.SlotUnavailableError) as caught:
+                    call()
+                self.assertEqual(caught.exception.code, -5)
+
+    def test_exit_of_a_viewer_not_launched_here(self):
+        with self.assertRaises(kpcb.NotRunningError) as caught:
+            kpcb.Viewer(os.getpid()).exit(wait=False)
+        self.assertIn("not launched by this process", caught.exception.meaning)
+
+    def test_reply_slot_taken(self):
+        taken = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        taken.bind(support.slot_address(support.reply_slot_name(os.getpid())))
+        try:
+            with FakeViewer(answer_every_query(0)) as viewer:
+                viewer.zoom_in()  # one-way: needs no reply slot
+                with self.assertRaises(kpcb.SlotUnavailableError):
+                    viewer.red_mark_call_status()
+        finally:
+            taken.close()
+
+    def test_short_reply_is_no_reply(self):
+        with FakeViewer(lambda class_id, reader: b"\x01\x02") as viewer:
+            with self.assertRaises(kpcb.NoReplyError) as caught:
+                viewer.pin_count_of_part("P1")
+            self.assertEqual(caught.exception.code, -7)
+            self.assertEqual(caught.exception.function, "KPCB_GetPinCountFromPart")
+
+    def test_viewer_answer_passed_back_as_it_stands(self):
+        # The pin highlight hands back whatever code the viewer answers.
+        for code, cls in list(EXPECTED.items()) + [(-3, kpcb.KpcbError), (-999, kpcb.KpcbError)]:
+            with self.subTest(code=code):
+                with FakeViewer(answer_every_query(code)) as viewer:
+                    with self.assertRaises(kpcb.KpcbError) as caught:
+                        viewer.highlight_pins("U1", ["1"], (255, 0, 0))
+                self.assertIs(type(caught.exception), cls)
+                self.assertEqual(caught.exception.code, code)
+
+    def test_positive_pin_highlight_answer_is_a_failure_too(self):
+        with FakeViewer(answer_every_query(5)) as viewer:
+            with self.assertRaises(kpcb.KpcbError) as caught:
+                viewer.highlight_pins("U1", ["1"], (255, 0, 0), zoom=True)
+        self.assertEqual(caught.exception.code, 5)
+
+    def test_refusals_that_each_command_passes_back(self):
+        cases = [
+            ("title", lambda v: v.set_title("t"), {-201}),
+            ("section", lambda v: v.zoom_highlight_section("N", "U1", "1", "U2", "2"), {-200, -201}),
+            ("highlight", lambda v: v.highlight(0, ["A"]), {-201}),
+            ("merge run", lambda v: v.merge_run(["L1"], "GND", 1.0), {-201, -202}),
+            ("remove mark", lambda v: v.remove_red_mark("M"), {-200}),
+        ]
+        for name, call, passed in cases:
+            for code in (-200, -201, -202):
+                with self.subTest(command=name, code=code):
+                    answer = answer_every_query(code)
+                    if name == "merge run":
+                        answer = lambda class_id, reader, code=code: support.merge_reply(code, mode=2)
+                    with FakeViewer(answer) as viewer:
+                        if code in passed:
+                            with self.assertRaises(kpcb.ViewerRefusedError) as caught:
+                                call(viewer)
+                            self.assertEqual(caught.exception.code, code)
+                        else:
+                            call(viewer)  # the library counts it as done
+
+    def test_net_pins_unknown_pin(self):
+        with FakeViewer(answer_every_query(-200, support.cstring("N"), support.strings([]))) as viewer:
+            with self.assertRaises(kpcb.ViewerRefusedError) as caught:
+                viewer.net_pins("U1", "99")
+        self.assertIn("no such pin", caught.exception.meaning)
+
+    def test_merge_reads_ignore_the_viewer_code(self):
+        reply = support.merge_reply(-200, mode=3, cw_count=4)
+        with FakeViewer(lambda class_id, reader: reply) as viewer:
+            self.assertEqual(viewer.cw_polygon_count(), 4)
+
+
+if __name__ == "__main__":
+    unittest.main()
