@@ -6,6 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake g++ clang libclang-rt-14-dev
   libgtest-dev googletest libgmock-dev libbenchmark-dev
+  libboost-dev
   python3
 )
 

@@ -1,5 +1,10 @@
-// Polygon merge session: created, run, read, destroyed. This build merges nothing:
-// a run leaves an empty result, and every read answers consistently from it.
+// Polygon merge session: created, run, read, destroyed. A run unites the copper of
+// a net on the named layers (CopperMerge.h); the result stays as it is, indexes and
+// all, until the next create, run or destroy.
+#include <chrono>
+#include <cstdio>
+
+#include "CopperMerge.h"
 #include "Dispatcher.h"
 #include "PolygonMergeRecords.h"
 
@@ -16,6 +21,48 @@ CArrayD ToArray(const std::vector<double>& values) {
 }
 
 bool ValidIndex(int index, size_t size) { return index >= 0 && static_cast<size_t>(index) < size; }
+
+std::vector<double> Coordinates(const std::vector<CPointD>& ring, double CPointD::*axis) {
+    std::vector<double> out;
+    out.reserve(ring.size());
+    for (const CPointD& p : ring) out.push_back(p.*axis);
+    return out;
+}
+
+Answer Run(const CKPRCI_PolygonMerge& request, ViewerContext& context, CKPRCI_PolygonMerge_RV& reply) {
+    MergeSession& session = context.view.merge;
+    const std::string net = request.GetNetName().str();
+    const std::vector<std::string> layers = ToStrings(request.GetLayerNames());
+    const auto start = std::chrono::steady_clock::now();
+    const CopperMergeResult merged = MergeNetCopper(*context.board, net, layers, request.GetDivision());
+    const double ms = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    session.outlines.clear();
+    session.ran = merged.error == 0;
+    size_t holes = 0;
+    for (const CopperPolygon& piece : merged.polygons) {
+        MergeSession::Outline outline;
+        outline.xs = Coordinates(piece.outline, &CPointD::x);
+        outline.ys = Coordinates(piece.outline, &CPointD::y);
+        for (const std::vector<CPointD>& hole : piece.holes) {
+            outline.holeXs.push_back(Coordinates(hole, &CPointD::x));
+            outline.holeYs.push_back(Coordinates(hole, &CPointD::y));
+        }
+        holes += piece.holes.size();
+        session.outlines.push_back(std::move(outline));
+    }
+    reply.SetErrorCode(merged.error);
+    char timing[32];
+    std::snprintf(timing, sizeof timing, "%.1f ms", ms);
+    std::string note = "merge run on " + net + " [" + Joined(layers) + "] division " +
+                       std::to_string(SegmentsPerCircle(request.GetDivision())) + ": ";
+    if (merged.error)
+        note += "error " + std::to_string(merged.error);
+    else
+        note += std::to_string(merged.shapes) + " shapes on " + std::to_string(merged.layers) + " layers, " +
+                std::to_string(session.outlines.size()) + " outlines, " + std::to_string(holes) + " holes";
+    if (merged.skippedAreas) note += ", " + std::to_string(merged.skippedAreas) + " areas left out";
+    return ReplyAnswer(reply, note + " in " + timing);
+}
 
 Answer Merge(CKPRCI__Base& base, ViewerContext& context) {
     auto& request = static_cast<CKPRCI_PolygonMerge&>(base);
@@ -35,12 +82,7 @@ Answer Merge(CKPRCI__Base& base, ViewerContext& context) {
         reply.SetErrorCode(kNoSession);
         return ReplyAnswer(reply, "no merge session");
     }
-    if (mode == 2) {
-        session.ran = true;
-        session.outlines.clear();
-        return ReplyAnswer(reply, "merge run on " + request.GetNetName().str() + ": " +
-                                      Joined(ToStrings(request.GetLayerNames())));
-    }
+    if (mode == 2) return Run(request, context, reply);
     const int cw = request.GetCWIndex(), ccw = request.GetCCWIndex(), point = request.GetPointIndex();
     reply.SetCWPolygonCount(static_cast<int>(session.outlines.size()));
     if (mode == 3) return ReplyAnswer(reply, "outline count");
