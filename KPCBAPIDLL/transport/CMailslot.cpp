@@ -107,12 +107,17 @@ int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record) {
     std::unique_ptr<CMemFile> owned(file);
     if (!owned) return 0;
     if (!slot.ReceiveFrame(*owned)) return 0;
-    if (owned->GetLength() < 4) return 0;
-    unsigned char unused[4];
-    owned->Read(unused, 4);
-    owned->SeekToBegin();
+    return LoadReplyRecord(*owned, record);
+}
+
+int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record) {
+    if (file.GetLength() < 4) return 0;
     try {
-        CArchive ar(owned.get(), CArchive::load, 4096);
+        file.SeekToBegin();
+        unsigned char unused[4];
+        file.Read(unused, 4);
+        file.SeekToBegin();
+        CArchive ar(&file, CArchive::load, 4096);
         record.Serialize(ar);
         // A reply is exactly one record: bytes left over mean another class or garbage.
         if (ar.Remaining() != 0) return 0;

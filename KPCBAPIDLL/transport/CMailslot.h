@@ -45,3 +45,7 @@ private:
 // not exactly one image of the record: too short, or with bytes left over (the
 // record may then be partly filled).
 int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record);
+
+// Loads record from the whole of file (a received payload): 1 when the file holds
+// at least 4 bytes and exactly one image of the record; never throws.
+int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record);
