@@ -1,10 +1,13 @@
-// Bitmap capture, text export and the explorer. This build records the capture and
-// export requests (it writes no picture and no text yet) and acknowledges the explorer.
+// Bitmap capture, text export and the explorer. The capture renders the current view
+// (docs/rendering.md) and writes it as a BMP file; the export writes the board's text
+// form. A file that cannot be written leaves a journal note; nothing else tells.
 #include <cstring>
 #include <fstream>
 
 #include "CaptureRecords.h"
 #include "Dispatcher.h"
+#include "PdbText.h"
+#include "RenderView.h"
 #include "ExplorerList.h"
 
 namespace viewer {
@@ -13,14 +16,21 @@ namespace {
 Answer Capture(CKPRCI__Base& base, ViewerContext& context) {
     const std::string path = static_cast<CKPRCI_Capture_ExportBitmap&>(base).GetExport_FilePath().str();
     context.view.captures.push_back(path);
-    return NoAnswer("capture asked for " + path);
+    const Bitmap picture = RenderView(*context.board, context.view);
+    const std::string size = std::to_string(picture.Width()) + "x" + std::to_string(picture.Height());
+    std::string why;
+    if (!picture.WriteBmp(path, why)) return NoAnswer("bitmap " + size + " NOT written to " + path + ": " + why);
+    return NoAnswer("bitmap " + size + " written to " + path);
 }
 
 Answer Export(CKPRCI__Base& base, ViewerContext& context) {
     const std::string path = static_cast<CKPRCI_Export_PDBBAscii&>(base).GetPdbbaFilePath().str();
     context.view.exports.push_back(path);
-    CKPRCI__BaseRV reply;
-    return ReplyAnswer(reply, "text export asked for " + path);
+    CKPRCI__BaseRV reply;  // 0 whether or not the file was written
+    CString error;
+    if (!CPdbText::WriteFile(*context.board, CString(path), error))
+        return ReplyAnswer(reply, "text export NOT written to " + path + ": " + error.str());
+    return ReplyAnswer(reply, "text export written to " + path);
 }
 
 Answer Explorer(CKPRCI__Base& base, ViewerContext& context) {
