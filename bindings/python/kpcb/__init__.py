@@ -12,10 +12,10 @@ tree of the source checkout (see kpcb._library.find_library).
 from ._library import LIBRARY_ENV, LibraryNotFoundError, find_library, library
 from .errors import (KpcbError, NoReplyError, NotRunningError, SlotUnavailableError, ViewerRefusedError,
                      error_for)
-from .viewer import NetPins, PlaceCounts, Polygon, Viewer, is_running
+from .viewer import NetPins, PlaceCounts, Polygon, Viewer, is_running, set_reply_timeout
 
 __all__ = [
-    "Viewer", "is_running", "PlaceCounts", "NetPins", "Polygon",
+    "Viewer", "is_running", "set_reply_timeout", "PlaceCounts", "NetPins", "Polygon",
     "KpcbError", "NotRunningError", "SlotUnavailableError", "NoReplyError", "ViewerRefusedError", "error_for",
     "LibraryNotFoundError", "find_library", "library", "LIBRARY_ENV",
 ]

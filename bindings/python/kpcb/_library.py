@@ -118,6 +118,8 @@ PROTOTYPES = {
     "KPCB_ExportPDBAscii": (c_int, [c_int, c_char_p]),
     # freeing results
     "KPCB_FreeString": (None, [c_void_p]),
+    # waiting for answers
+    "KPCB_SetReplyTimeout": (None, [c_int]),
 }
 
 # Functions bound when the library has them (newer libraries only).

@@ -32,7 +32,12 @@ _SECTION_MEANINGS = {ERR_200: "the viewer refused the net section (-200)",
 _MERGE_RUN_MEANINGS = {ERR_202: "no layer to merge on (or the viewer's -202)",
                        ERR_201: "no net to merge (or the viewer's -201)"}
 _TITLE_MEANINGS = {ERR_201: "the viewer refused the title"}
-_NET_PINS_MEANINGS = {ERR_200: "the viewer knows no such pin"}
+_NET_PINS_MEANINGS = {ERR_200: "the viewer knows no such pin", ERR_201: "the pin is on no net"}
+# The library copies an information value out whatever the viewer's error code; the
+# viewer then puts its failure code into the value itself.
+_VALUE_MEANINGS = {ERR_200: "no such reference, part, net or pin on the board",
+                   ERR_201: "the object exists but the question has no answer for it",
+                   ERR_202: "unknown unit or function code"}
 
 # Calls to one viewer are serialised (two queries at once would collide on its reply
 # slot), and so are launches (they share one return slot).
@@ -115,9 +120,27 @@ def _read_array(dll, array):
     return list(values[:count])
 
 
+def _value(value, function):
+    """An information value, or the viewer's refusal carried in it raised."""
+    if value in (ERR_200, ERR_201, ERR_202):
+        raise error_for(int(value), function, _VALUE_MEANINGS)
+    return value
+
+
 def is_running(pid):
     """True when a process with this id runs."""
     return _library.library().KPCB_IsRunning(int(pid)) == 1
+
+
+def set_reply_timeout(seconds):
+    """Limits every wait for a viewer's answer (query replies, the launch hello)
+    to seconds, for the whole process; None or 0 waits for ever (the default).
+    With a limit, a wait ends with NoReplyError when it passes or as soon as the
+    viewer's process has ended."""
+    if seconds is not None and seconds < 0:
+        raise ValueError("a time limit is not negative")
+    milliseconds = 0 if not seconds else max(1, int(round(seconds * 1000)))
+    _library.library().KPCB_SetReplyTimeout(min(milliseconds, 2 ** 31 - 1))
 
 
 class Viewer:
@@ -372,7 +395,12 @@ class Viewer:
     def _int_query(self, function, *args):
         value = ctypes.c_int()
         self._call(function, *args[:1], ctypes.byref(value), *args[1:])
-        return value.value
+        return _value(value.value, function)
+
+    def _pitch_query(self, function, ref, unit):
+        pitch = ctypes.c_double()
+        self._call(function, _text(ref, "reference"), int(unit), ctypes.byref(pitch))
+        return _value(pitch.value, function)
 
     def pin_count_of_part(self, part):
         """The pin count of a part, by part name."""
@@ -383,16 +411,13 @@ class Viewer:
         return self._int_query("KPCB_GetPinCountFromReference", _text(ref, "reference"))
 
     def pin_pitch(self, ref, unit=0):
-        """The pin pitch of a component, in the viewer's unit code unit."""
-        pitch = ctypes.c_double()
-        self._call("KPCB_GetPinPitch", _text(ref, "reference"), int(unit), ctypes.byref(pitch))
-        return pitch.value
+        """The pin pitch of a component (the smallest distance between two of its
+        pins) in the viewer's unit code unit."""
+        return self._pitch_query("KPCB_GetPinPitch", ref, unit)
 
     def pin_pitch_two_pin(self, ref, unit=0):
         """The pin pitch of a two-pin component."""
-        pitch = ctypes.c_double()
-        self._call("KPCB_GetPinPitchFrom2PinComponent", _text(ref, "reference"), int(unit), ctypes.byref(pitch))
-        return pitch.value
+        return self._pitch_query("KPCB_GetPinPitchFrom2PinComponent", ref, unit)
 
     def place_status(self, ref, highlight=False):
         """The placement status of one component."""

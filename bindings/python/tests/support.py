@@ -1,8 +1,9 @@
 """Shared pieces of the binding's tests: the environment, a board file, viewers
 with a journal, and a fake viewer that answers from inside the test process."""
 
-import glob
+import ctypes
 import os
+import shlex
 import shutil
 import socket
 import struct
@@ -25,6 +26,10 @@ import kpcb  # noqa: E402
 WORK_DIR = tempfile.mkdtemp(prefix="kpcb-python-tests-")
 os.environ.setdefault("KPCB_DATA_DIR", os.path.join(WORK_DIR, "data"))
 
+# A fault in a test's fake viewer fails that test instead of hanging the run.
+REPLY_TIMEOUT = 60
+kpcb.set_reply_timeout(REPLY_TIMEOUT)
+
 
 def library_dir():
     return os.path.dirname(kpcb.find_library())
@@ -34,26 +39,66 @@ _board = None
 
 
 def board_file():
-    """A board the reference viewer accepts: KPCB_TEST_BOARD, a board in samples/,
-    one made by kpcb_boardgen beside the library, or else a small file."""
+    """The board the tests run on, in the text form: KPCB_TEST_BOARD, the sample
+    board, or one made by kpcb_boardgen beside the library."""
     global _board
     if _board:
         return _board
     named = os.environ.get("KPCB_TEST_BOARD")
-    samples = sorted(glob.glob(os.path.join(REPO_ROOT, "samples", "*.pdbb*")))
+    sample = os.path.join(REPO_ROOT, "samples", "demo_board.pdbba")
     generator = os.path.join(library_dir(), "kpcb_boardgen")
     if named:
         _board = named
-    elif samples:
-        _board = samples[0]
+    elif os.path.exists(sample):
+        _board = sample
     elif os.access(generator, os.X_OK):
         _board = os.path.join(WORK_DIR, "board.pdbba")
-        subprocess.run([generator, "8", _board], check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([generator, "12", _board], check=True, stdout=subprocess.DEVNULL)
     else:
-        _board = os.path.join(WORK_DIR, "board.pdbba")
-        with open(_board, "w") as out:
-            out.write("board for the binding tests\n")
+        raise unittest.SkipTest("no board: set KPCB_TEST_BOARD to a board in the text form")
     return _board
+
+
+class Board:
+    """What the tests need to know of a board in the text form: layers, parts,
+    nets, components with their side, part and pins (name, x, y, net)."""
+
+    def __init__(self, path):
+        self.layers, self.ecad_layers, self.nets, self.parts = [], [], [], []
+        self.components = {}  # reference: (part, side, [(pin, x, y, net)])
+        with open(path, encoding="utf-8", errors="replace") as lines:
+            for line in lines:
+                if not line.strip() or line.lstrip().startswith("#"):
+                    continue
+                fields = shlex.split(line)
+                record = fields[0]
+                if record == "LAYER":
+                    self.layers.append(fields[1])
+                    self.ecad_layers.append(fields[2])
+                elif record == "NET":
+                    self.nets.append(fields[1])
+                elif record == "PART":
+                    self.parts.append(fields[1])
+                elif record == "COMP":
+                    reference = fields[1]
+                    self.components[reference] = (fields[2], fields[3], [])
+                elif record == "PIN":
+                    self.components[reference][2].append((fields[1], float(fields[2]), float(fields[3]), fields[-1]))
+
+    def on_side(self, side):
+        return [ref for ref, (_, s, pins) in self.components.items() if s == side and pins]
+
+    def pins_of_net(self, net):
+        return {"%s-%s" % (ref, pin[0]) for ref, (_, _, pins) in self.components.items() for pin in pins
+                if pin[3] == net}
+
+    def connected_pin(self):
+        """(reference, pin, net) of a pin on a net, on the component with most pins."""
+        ref = max(self.components, key=lambda r: len(self.components[r][2]))
+        for pin, _, _, net in self.components[ref][2]:
+            if net:
+                return ref, pin, net
+        raise AssertionError("no connected pin on " + ref)
 
 
 def wait_for(predicate, timeout=10.0):
@@ -108,7 +153,8 @@ class ViewerTestCase(unittest.TestCase):
         """Asks the viewer a question that comes once and is journaled before it is
         answered; returns the journal entries up to its own. The viewer serves
         records in order, so everything sent before has been served by then."""
-        self.viewer.pin_count_of_part(self.BARRIER)
+        count = ctypes.c_int()
+        self.assertEqual(kpcb.library().KPCB_GetPinCountFromPart(self.viewer.pid, self.BARRIER, ctypes.byref(count)), 0)
         marker = cstring(self.BARRIER)
 
         def upto():
@@ -144,9 +190,17 @@ class ViewerTestCase(unittest.TestCase):
         entries = self.entries_of(attempt)
         return caught[0], entries
 
-    def notes_of(self, action):
-        """Runs action and returns the notes the viewer journaled for it."""
-        return [note for _, _, note in self.entries_of(action)]
+    def sent_by(self, action, *specs):
+        """Runs action and returns what it sent, as (class name, fields) per record,
+        the fields of each read by the matching spec of Reader.fields. A record that
+        the library sends twice is listed once."""
+        entries = []
+        for name, payload, _ in self.entries_of(action):
+            if entries and entries[-1][1] == payload:
+                continue
+            entries.append((name, payload))
+        self.assertEqual(len(entries), len(specs), [name for name, _ in entries])
+        return [(name, Reader(payload[4:]).fields(spec)) for (name, payload), spec in zip(entries, specs)]
 
 
 # ---- archive images (little-endian, as the library writes them) ---------------
@@ -215,6 +269,18 @@ class Reader:
 
     def strings(self):
         return [self.cstring() for _ in range(self.count())]
+
+    def u32(self):
+        return struct.unpack("<I", self.take(4))[0]
+
+    def fields(self, spec):
+        """Reads fields by letter: i int, u unsigned, d double, s string, l list of
+        strings; the whole payload must be used."""
+        read = {"i": self.i32, "u": self.u32, "d": self.f64, "s": self.cstring, "l": self.strings}
+        values = tuple(read[letter]() for letter in spec)
+        if self.at != len(self.data):
+            raise ValueError("%d bytes left after the fields %r" % (len(self.data) - self.at, spec))
+        return values
 
 
 def command_slot_name(pid):

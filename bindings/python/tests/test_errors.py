@@ -3,10 +3,11 @@ reaches a caller through the library."""
 
 import os
 import socket
+import time
 import unittest
 
 import support
-from support import FakeViewer, answer_every_query, i32, kpcb
+from support import FakeViewer, answer_every_query, kpcb
 
 EXPECTED = {
     -4: kpcb.NotRunningError,
@@ -89,6 +90,17 @@ class ThroughTheLibraryTest(unittest.TestCase):
                     viewer.red_mark_call_status()
         finally:
             taken.close()
+
+    def test_reply_time_limit(self):
+        self.addCleanup(kpcb.set_reply_timeout, support.REPLY_TIMEOUT)
+        kpcb.set_reply_timeout(0.2)
+        with FakeViewer(lambda class_id, reader: None) as viewer:
+            started = time.monotonic()
+            with self.assertRaises(kpcb.NoReplyError):
+                viewer.place_status("U1")
+            self.assertLess(time.monotonic() - started, support.REPLY_TIMEOUT / 2)
+        with self.assertRaises(ValueError):
+            kpcb.set_reply_timeout(-1)
 
     def test_short_reply_is_no_reply(self):
         with FakeViewer(lambda class_id, reader: b"\x01\x02") as viewer:

@@ -113,6 +113,18 @@ class BoardResultsTest(unittest.TestCase):
         self.assertEqual(v.place_counts_of_parts("P1").other, 16)
         self.assertEqual(v.red_mark_call_status(), 42)
 
+    def test_failure_code_carried_in_a_value_is_raised(self):
+        for code in (-200, -201, -202):
+            with self.subTest(code=code):
+                self.fake.answer = lambda class_id, reader: i32(code) + (f64(code) if class_id == 17 else i32(code))
+                with self.assertRaises(kpcb.ViewerRefusedError) as caught:
+                    self.viewer.pin_pitch("U1", unit=9)
+                self.assertEqual(caught.exception.code, code)
+                with self.assertRaises(kpcb.ViewerRefusedError):
+                    self.viewer.place_status("U1")
+        self.fake.answer = lambda class_id, reader: i32(0) + i32(-1)
+        self.assertEqual(self.viewer.pin_count_of_reference("U1"), -1)  # no failure code: a value
+
     def test_texts_and_lists(self):
         v = self.viewer
         self.assertEqual(v.net_pins("U1", "1"), kpcb.NetPins("GND", ["U1-1", "C3-2", "J1-GND pin"]))

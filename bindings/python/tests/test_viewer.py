@@ -1,12 +1,19 @@
-"""Every command and query group against the reference viewer. The viewer's
-journal shows what reached it, so each test checks that a method sent the right
-command with its arguments converted as they should be."""
+"""Every command and query group against the reference viewer on the sample
+board. The viewer's journal shows what reached it, so each command's test checks
+that the method sent the right record with its arguments converted; queries are
+checked against what the board file says."""
 
+import math
 import os
+import pathlib
 import unittest
 
 import support
 from support import ViewerTestCase, kpcb
+
+
+def rgb(r, g, b):
+    return r | g << 8 | b << 16
 
 
 class LaunchAndExitTest(unittest.TestCase):
@@ -24,7 +31,7 @@ class LaunchAndExitTest(unittest.TestCase):
         self.assertFalse(viewer.is_running())
 
     def test_visible_launch_and_exit_without_waiting(self):
-        viewer = kpcb.Viewer.launch(support.board_file())
+        viewer = kpcb.Viewer.launch(pathlib.Path(support.board_file()))
         viewer.exit(wait=False)  # the library's -2 is no failure here
         self.assertTrue(support.wait_for(lambda: not viewer.is_running()))
 
@@ -45,95 +52,121 @@ class LaunchAndExitTest(unittest.TestCase):
             self.assertEqual(first.red_mark_call_status(), 11)
             self.assertEqual(second.red_mark_call_status(), 22)
 
-    def test_launch_accepts_a_path_object(self):
-        import pathlib
-        with kpcb.Viewer.launch(pathlib.Path(support.board_file()), hide=True) as viewer:
-            self.assertTrue(viewer.is_running())
-
 
 class ViewControlTest(ViewerTestCase):
-    def test_simple_commands(self):
+    def test_simple_commands_carry_their_codes(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.zoom_in(), v.zoom_out(), v.zoom_fit(), v.view_top(), v.view_bottom(),
-                                       v.view_all(), v.mirror(), v.clear_mirror()])
-        self.assertEqual(notes, ["zoom in", "zoom out", "fit", "side top", "side bottom", "side all", "mirror",
-                                 "mirror clear"])
+        sent = self.sent_by(lambda: [v.zoom_in(), v.zoom_out(), v.zoom_fit(), v.view_top(), v.view_bottom(),
+                                     v.view_all(), v.mirror(), v.clear_mirror()], *["ii"] * 8)
+        self.assertEqual({name for name, _ in sent}, {"CKPRCI_SimpleCMD"})
+        codes = [fields[0] for _, fields in sent]
+        self.assertEqual(len(set(codes)), 8, codes)
 
-    def test_area_rotation_and_window(self):
+    def test_area_rotation_window_and_title(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.zoom_area(1, 2.5, -3, 4e3), v.rotate(-90.5),
-                                       v.set_window_position(10, 20, 800, 600)])
-        self.assertEqual(notes, ["zoom area 1 2.5 -3 4000", "rotate -90.5", "window 10 20 800 600"])
-
-    def test_title_reaches_the_viewer_in_utf8(self):
-        notes = self.notes_of(lambda: self.viewer.set_title("Board – Prüfung"))
-        self.assertEqual(notes, ["title Board – Prüfung"])
+        sent = self.sent_by(lambda: [v.zoom_area(1, 2.5, -3, 4e3), v.rotate(-90.5),
+                                     v.set_window_position(10, 20, 800, 600), v.set_title("Board – Prüfung")],
+                            "dddd", "d", "iiii", "s")
+        self.assertEqual(sent, [("CKPRCI_ZoomArea", (1.0, 2.5, -3.0, 4000.0)), ("CKPRCI_RotateBoard", (-90.5,)),
+                                ("CKPRCI_SetWindowPosition", (10, 20, 800, 600)),
+                                ("CKPRCI_Information_SetMainTitle", ("Board – Prüfung",))])
 
     def test_switches_send_one_and_zero(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.show_components(False), v.show_routes(), v.picking_tool(True),
-                                       v.red_mark_tool(False), v.show_minimap(on=1)])
-        self.assertEqual(notes, ["object 1 on 0", "object 2 on 1", "tool 1 on 1", "tool 2 on 0", "tool 3 on 1"])
+        sent = self.sent_by(lambda: [v.show_components(False), v.show_routes(), v.picking_tool(True),
+                                     v.red_mark_tool(False), v.show_minimap(on=1)], *["ii"] * 5)
+        self.assertEqual([(name[7:], fields[1]) for name, fields in sent],
+                         [("ObjectOnOff", 0), ("ObjectOnOff", 1), ("ToolOnOff", 1), ("ToolOnOff", 0),
+                          ("ToolOnOff", 1)])
+        self.assertNotEqual(sent[0][1][0], sent[1][1][0])  # components and routes differ
+        self.assertEqual(len({fields[0] for _, fields in sent[2:]}), 3)  # three tools
 
 
 class HighlightTest(ViewerTestCase):
+    HIGHLIGHT = "iililuii"  # function, kind, names, layer name type, layers, colour, contrast, layer colour
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.board = support.Board(support.board_file())
+        cls.ref, cls.pin, cls.net = cls.board.connected_pin()
+
     def test_names_become_a_list(self):
-        entries = self.entries_of(lambda: self.viewer.highlight(1, ["GND", "NET,WITH,COMMAS", "  VCC  "]))
-        _, payload, _ = entries[0]
-        record = support.Reader(payload)
-        self.assertEqual([record.i32() for _ in range(3)], [3, 0, 1])  # class id, plain highlight, kind
-        # Commas are no separators for the binding; blanks round a name are trimmed.
-        self.assertEqual(record.strings(), ["GND", "NET,WITH,COMMAS", "VCC"])
+        nets = self.board.nets[:2]
+        sent = self.sent_by(lambda: self.viewer.highlight(0, [nets[0], "  %s  " % nets[1]], contrast=4),
+                            self.HIGHLIGHT)
+        # Blanks round a name are trimmed; plain highlights are red on the API's colour.
+        self.assertEqual(sent, [("CKPRCI_Highlight", (0, 0, nets, -1, [], rgb(255, 0, 0), 4, 1))])
 
     def test_one_string_is_one_name(self):
-        notes = self.notes_of(lambda: self.viewer.highlight_color(0, "U 1", (1, 2, 3)))
-        self.assertEqual(notes[0], "highlight kind 0 U 1")
+        sent = self.sent_by(lambda: self.viewer.highlight_color(1, self.ref, (1, 2, 3)), self.HIGHLIGHT)
+        self.assertEqual(sent[0][1], (1, 1, [self.ref], -1, [], rgb(1, 2, 3), 0, 0))
 
     def test_color_variants(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.highlight_color(0, ["A"], (255, 0, 0), contrast=3),
-                                       v.highlight_color_all_layers(2, ["B"], (0, 255, 0)),
-                                       v.highlight_on_layers(1, ["C"], (0, 0, 255), ["TOP", "L2"], 1)])
-        self.assertEqual([n for n in notes if n != "second copy answered"],
-                         ["highlight kind 0 A", "highlight kind 2 B", "highlight kind 1 C"])
+        pin = "%s-%s" % (self.ref, self.pin)
+        layers = self.board.layers[:2]
+        sent = self.sent_by(lambda: [v.highlight_color_all_layers(2, [pin], (0, 255, 0), 7, True),
+                                     v.highlight_on_layers(0, [self.net], (0, 0, 255), layers, 1)],
+                            self.HIGHLIGHT, self.HIGHLIGHT)
+        self.assertEqual([fields for _, fields in sent],
+                         [(2, 2, [pin], -1, [], rgb(0, 255, 0), 7, 1), (3, 0, [self.net], 1, layers, rgb(0, 0, 255), 0, 0)])
 
     def test_pins_section_color_and_clear(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.highlight_pins("U1", ["1", "A2"], (0, 128, 0)),
-                                       v.highlight_pins("U2", "7", (0, 128, 0), zoom=True),
-                                       v.zoom_highlight_section("GND", "U1", "1", "U2", "2"),
-                                       v.set_highlight_color((0x10, 0x20, 0x40)),
-                                       v.clear_highlight()])
-        self.assertEqual([n for n in notes if n != "second copy answered"],
-                         ["highlight pins U1 1,A2", "highlight pins U2 7", "highlight section GND,U1,1,U2,2",
-                          "highlight colour %d" % (0x10 | 0x20 << 8 | 0x40 << 16), "highlight clear 0"])
+        board_pins = [p[0] for p in self.board.components[self.ref][2]][:2]
+        other = sorted(self.board.pins_of_net(self.net) - {"%s-%s" % (self.ref, self.pin)})[0]
+        other_ref, other_pin = other.rsplit("-", 1)
+        sent = self.sent_by(lambda: [v.highlight_pins(self.ref, board_pins, (0, 128, 0)),
+                                     v.highlight_pins(self.ref, board_pins[0], (0, 128, 0), zoom=True),
+                                     v.zoom_highlight_section(self.net, self.ref, self.pin, other_ref, other_pin),
+                                     v.set_highlight_color((0x10, 0x20, 0x40)),
+                                     v.clear_highlight()],
+                            "sluii", "sluii", "sssss", "u", "ii")
+        self.assertEqual(sent[:4], [
+            ("CKPRCI_Highlight_RefPin", (self.ref, board_pins, rgb(0, 128, 0), 0, 0)),
+            ("CKPRCI_Highlight_RefPin", (self.ref, board_pins[:1], rgb(0, 128, 0), 1, 0)),
+            ("CKPRCI_Highlight_ZoomHighlightForSection_NetRefPin", (self.net, self.ref, self.pin, other_ref, other_pin)),
+            ("CKPRCI_Highlight_Color", (rgb(0x10, 0x20, 0x40),))])
+        self.assertEqual(sent[4][0], "CKPRCI_SimpleCMD")
+
+    def test_viewer_refuses_names_not_on_the_board(self):
+        with self.assertRaises(kpcb.ViewerRefusedError) as caught:
+            self.viewer.highlight(0, ["NO SUCH NET"])
+        self.assertEqual(caught.exception.code, -201)
+        with self.assertRaises(kpcb.ViewerRefusedError):
+            self.viewer.highlight_pins(self.ref, ["NO SUCH PIN"], (0, 0, 0))
 
     def test_kind_outside_range_is_refused_before_sending(self):
-        error, sent = self.refused(lambda: self.viewer.highlight(3, ["A"]), kpcb.ViewerRefusedError)
+        error, sent = self.refused(lambda: self.viewer.highlight(3, [self.net]), kpcb.ViewerRefusedError)
         self.assertEqual(error.code, -200)
         self.assertIn("kind", error.meaning)
         self.assertEqual(sent, [])
 
     def test_names_and_colors_are_checked_before_anything_is_sent(self):
-        with self.assertRaises(ValueError):
-            self.viewer.highlight(0, ["A\nB"])
-        with self.assertRaises(ValueError):
-            self.viewer.highlight(0, ["A\0B"])
-        with self.assertRaises(TypeError):
-            self.viewer.highlight(0, [1])
-        with self.assertRaises(ValueError):
-            self.viewer.set_highlight_color((256, 0, 0))
-        with self.assertRaises(TypeError):
-            self.viewer.set_highlight_color(0xFF)
+        def bad_calls():
+            for call, error in [(lambda: self.viewer.highlight(0, ["A\nB"]), ValueError),
+                                (lambda: self.viewer.highlight(0, ["A\0B"]), ValueError),
+                                (lambda: self.viewer.highlight(0, [1]), TypeError),
+                                (lambda: self.viewer.set_highlight_color((256, 0, 0)), ValueError),
+                                (lambda: self.viewer.set_highlight_color(0xFF), TypeError)]:
+                with self.assertRaises(error):
+                    call()
+
+        self.assertEqual(self.entries_of(bad_calls), [])
 
 
 class LayersTest(ViewerTestCase):
     def test_every_layer_command(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.show_layers(["TOP", "BOTTOM"], visible=False), v.show_only_layers("TOP"),
-                                       v.show_ecad_layers(["E 1"]), v.show_only_ecad_layers(["E2", "E3"])])
-        self.assertEqual(notes, ["layers type 2 visible 0 TOP,BOTTOM", "layers type 1 visible 1 TOP",
-                                 "layers type 4 visible 1 E 1", "layers type 3 visible 0 E2,E3"])
+        sent = self.sent_by(lambda: [v.show_layers(["TOP", "BOTTOM"], visible=False), v.show_only_layers("TOP"),
+                                     v.show_ecad_layers(["L1 TOP"]), v.show_only_ecad_layers(["E2", "E3"])],
+                            "ili", "ili", "ili", "ili")
+        self.assertEqual({name for name, _ in sent}, {"CKPRCI_VisibleLayer"})
+        fields = [f for _, f in sent]
+        self.assertEqual([(f[1], f[2]) for f in fields],
+                         [(["TOP", "BOTTOM"], 0), (["TOP"], 1), (["L1 TOP"], 1), (["E2", "E3"], 0)])
+        self.assertEqual(len({f[0] for f in fields}), 4)  # four kinds of layer control
 
 
 class RedMarkTest(ViewerTestCase):
@@ -179,41 +212,93 @@ class RedMarkTest(ViewerTestCase):
 
 
 class InformationTest(ViewerTestCase):
-    # The reference viewer answers zero values for now; the conversions of real
-    # values are tested against a fake viewer in test_results.
-    def test_every_query_answers_with_python_types(self):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.board = support.Board(support.board_file())
+
+    def test_pin_counts(self):
+        ref = max(self.board.components, key=lambda r: len(self.board.components[r][2]))
+        part, _, pins = self.board.components[ref]
+        self.assertEqual(self.viewer.pin_count_of_reference(ref), len(pins))
+        self.assertEqual(self.viewer.pin_count_of_part(part), len(pins))
+
+    def test_pin_pitch_is_the_smallest_pin_distance(self):
+        two_pin = [r for r, (_, _, pins) in self.board.components.items() if len(pins) == 2][0]
+        (_, x1, y1, _), (_, x2, y2, _) = self.board.components[two_pin][2]
+        self.assertAlmostEqual(self.viewer.pin_pitch_two_pin(two_pin), math.hypot(x2 - x1, y2 - y1), places=6)
+        self.assertAlmostEqual(self.viewer.pin_pitch(two_pin), math.hypot(x2 - x1, y2 - y1), places=6)
+
+    def test_placement(self):
+        top, bottom = self.board.on_side("TOP"), self.board.on_side("BOTTOM")
+        self.assertNotEqual(self.viewer.place_status(top[0]), self.viewer.place_status(bottom[0]))
+        counts = self.viewer.place_counts([top[0], bottom[0], "NO SUCH REF"] + top[1:3])
+        self.assertEqual(counts, kpcb.PlaceCounts(top=1 + len(top[1:3]), bottom=1, other=1))
+        part = self.board.components[top[0]][0]
+        on_top = sum(1 for r in top if self.board.components[r][0] == part)
+        self.assertEqual(self.viewer.place_counts_of_parts(part, highlight=True).top, on_top)
+
+    def test_net_pins(self):
+        ref, pin, net = self.board.connected_pin()
+        found = self.viewer.net_pins(ref, pin)
+        self.assertEqual(found.net, net)
+        self.assertEqual(set(found.pins), self.board.pins_of_net(net))
+        self.assertEqual(len(found.pins), len(set(found.pins)))
+
+    def test_unknown_names_are_refused(self):
         v = self.viewer
-        self.assertEqual(v.pin_count_of_part("P1"), 0)
-        self.assertEqual(v.pin_count_of_reference("U1"), 0)
-        self.assertIsInstance(v.pin_pitch("U1", unit=1), float)
-        self.assertIsInstance(v.pin_pitch_two_pin("R1"), float)
-        self.assertEqual(v.place_status("U1", highlight=True), 0)
-        counts = v.place_counts(["U1", "U2"])
-        self.assertEqual(counts, (0, 0, 0))
-        self.assertEqual(counts._fields, ("top", "bottom", "other"))
-        self.assertEqual(v.place_counts_of_parts("P1"), (0, 0, 0))
-        self.assertEqual(v.net_pins("U1", "1"), ("", []))
+        for call in (lambda: v.pin_count_of_reference("NO SUCH REF"), lambda: v.pin_count_of_part("NO SUCH PART"),
+                     lambda: v.pin_pitch("NO SUCH REF"), lambda: v.place_status("NO SUCH REF"),
+                     lambda: v.net_pins("NO SUCH REF", "1")):
+            with self.subTest(call=call):
+                with self.assertRaises(kpcb.ViewerRefusedError) as caught:
+                    call()
+                self.assertEqual(caught.exception.code, -200)
 
     def test_queries_carry_their_arguments(self):
-        (_, counts, _), (_, pitch, _) = self.entries_of(lambda: [
-            self.viewer.place_counts_of_parts(["P1", "P 2,3"], highlight=True),
-            self.viewer.pin_pitch_two_pin("Q9", unit=1)])
-        counts, pitch = support.Reader(counts), support.Reader(pitch)
-        self.assertEqual((counts.i32(), counts.strings(), counts.i32()), (16, ["P1", "P 2,3"], 1))
-        self.assertEqual((pitch.i32(), pitch.i32(), pitch.cstring(), pitch.i32()), (17, 1, "Q9", 1))
+        sent = self.sent_by(lambda: [self.viewer.place_counts_of_parts(["P1", "P 2,3"], highlight=True),
+                                     self.viewer.place_counts(["R1"]),
+                                     self.assertRaises(kpcb.ViewerRefusedError, self.viewer.pin_pitch_two_pin,
+                                                       "Q9", unit=1)],
+                            "li", "li", "isi")
+        self.assertEqual([fields for _, fields in sent], [(["P1", "P 2,3"], 1), (["R1"], 0), (1, "Q9", 1)])
 
 
 class PolygonMergeTest(ViewerTestCase):
-    def test_session_of_the_reference_viewer(self):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.board = support.Board(support.board_file())
+        cls.copper = cls.board.layers
+
+    def test_merged_copper_of_a_net(self):
+        _, _, net = self.board.connected_pin()
+        polygons = self.viewer.merged_polygons(self.copper, net, 8)
+        self.assertTrue(polygons)
+        for outline, holes in polygons:
+            self.assertGreaterEqual(len(outline), 3)
+            for x, y in outline:
+                self.assertIsInstance(x, float)
+                self.assertIsInstance(y, float)
+            self.assertIsInstance(holes, list)
+
+    def test_reads_one_by_one_agree_with_whole_arrays(self):
         v = self.viewer
-        notes = self.notes_of(lambda: [v.merge_create(), v.merge_run(["L1", "L2"], "GND", 0.5)])
-        self.assertEqual(notes, ["merge created", "merge run on GND: L1,L2"])
-        self.assertEqual(v.cw_polygon_count(), 0)  # this viewer merges nothing
-        self.assertEqual(v.cw_points(0), [])
-        self.assertEqual(v.ccw_points(0, 0), [])
-        self.assertEqual(v.cw_point(0, 0), (0.0, 0.0))
+        _, _, net = self.board.connected_pin()
+        sent = self.sent_by(lambda: [v.merge_create(), v.merge_run(self.copper[:3], net, 16.0)],
+                            "ilsdiii", "ilsdiii")
+        self.assertEqual(sent[1][1][:4], (2, self.copper[:3], net, 16.0))
+        count = v.cw_polygon_count()
+        self.assertGreater(count, 0)
+        for cw in range(count):
+            points = v.cw_points(cw)
+            self.assertEqual(v.cw_point_count(cw), len(points))
+            self.assertEqual([v.cw_point(cw, i) for i in range(len(points))], points)
+            for ccw in range(v.ccw_polygon_count(cw)):
+                hole = v.ccw_points(cw, ccw)
+                self.assertEqual(v.ccw_point_count(cw, ccw), len(hole))
+                self.assertEqual(v.ccw_point(cw, ccw, len(hole) - 1), hole[-1])
         v.merge_destroy()
-        self.assertEqual(v.merged_polygons("L1", "GND", 1.0), [])
 
     def test_run_without_layers_is_refused_without_contact(self):
         error, sent = self.refused(lambda: self.viewer.merge_run([], "GND", 0.5), kpcb.ViewerRefusedError)
@@ -224,9 +309,11 @@ class PolygonMergeTest(ViewerTestCase):
 class CaptureTest(ViewerTestCase):
     def test_bitmap_and_text_export(self):
         bitmap = os.path.join(self.folder, "view.bmp")
-        text = os.path.join(self.folder, "board.txt")
-        notes = self.notes_of(lambda: [self.viewer.export_bitmap(bitmap), self.viewer.export_text(text)])
-        self.assertEqual(notes, ["capture asked for " + bitmap, "text export asked for " + text])
+        text = os.path.join(self.folder, "board é.txt")
+        sent = self.sent_by(lambda: [self.viewer.export_bitmap(bitmap), self.viewer.export_text(text)], "s", "s")
+        self.assertEqual(sent, [("CKPRCI_Capture_ExportBitmap", (bitmap,)), ("CKPRCI_Export_PDBBAscii", (text,))])
+        self.assertTrue(os.path.exists(bitmap))
+        self.assertTrue(os.path.exists(text))
 
 
 if __name__ == "__main__":
