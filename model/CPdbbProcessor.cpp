@@ -266,9 +266,7 @@ private:
     }
 
     [[noreturn]] void Fail(const char* format, ...)
-#if defined(__GNUC__)
-        __attribute__((format(printf, 2, 3)))
-#endif
+        KPCB_PRINTF_LIKE(2, 3)
     {
         va_list args;
         va_start(args, format);
