@@ -12,6 +12,7 @@
 #include "Extract_PDB_From_ECAD.h"
 #include "ImporterPlugins.h"
 #include "KPCBAPIExtract.h"
+#include "TestSystem.h"
 #include "platform.h"
 
 namespace fs = std::filesystem;
@@ -26,17 +27,17 @@ const char kSjisName[] = "\x82\xA0-BOARD";  // the same text in Shift-JIS
 class Extraction : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", (dir / "data").c_str(), 1);
-        setenv("KPCB_IMPORTER_DIR", KPCB_TEST_IMPORTER_DIR, 1);
-        setenv("KPCB_TEST_IMPORTER_RECORD", record.c_str(), 1);
-        unsetenv("KPCB_TEST_IMPORTER_RESULT");
-        unsetenv("KPCB_TEST_IMPORTER_VERSION");
+        testing_support::SetEnv("KPCB_DATA_DIR", dir / "data");
+        testing_support::SetEnv("KPCB_IMPORTER_DIR", KPCB_TEST_IMPORTER_DIR);
+        testing_support::SetEnv("KPCB_TEST_IMPORTER_RECORD", record);
+        testing_support::UnsetEnv("KPCB_TEST_IMPORTER_RESULT");
+        testing_support::UnsetEnv("KPCB_TEST_IMPORTER_VERSION");
         fs::create_directories(out);
     }
     void TearDown() override {
         for (const char* name : {"KPCB_DATA_DIR", "KPCB_IMPORTER_DIR", "KPCB_TEST_IMPORTER_RECORD",
                                  "KPCB_TEST_IMPORTER_RESULT", "KPCB_TEST_IMPORTER_VERSION"})
-            unsetenv(name);
+            testing_support::UnsetEnv(name);
     }
 
     // The record the importer last received; empty when it was not called.
@@ -277,7 +278,7 @@ TEST_F(Extraction, RefusedArgumentsGiveTwoWithoutImporter) {
 TEST_F(Extraction, NoBoardGivesThreeAndTheOutputPathIsStillSet) {
     const std::string design = MakeFile("alg/board.brd");
     for (const char* answer : {"null", "throw"}) {
-        setenv("KPCB_TEST_IMPORTER_RESULT", answer, 1);
+        testing_support::SetEnv("KPCB_TEST_IMPORTER_RESULT", answer);
         EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'b', "", "late"), 3) << answer;
         EXPECT_EQ(Received()["Extra2"], "late");
         EXPECT_EQ(extract_pdb::GetOutputPath(), out + "/board.pdbb");
@@ -296,7 +297,7 @@ TEST_F(Extraction, FailedSaveGivesFourAndTheBoardIsDestroyed) {
 TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
     const std::string design = MakeFile("alg/board.brd");
     const std::string empty = MakeFolder("no-plugins");
-    setenv("KPCB_IMPORTER_DIR", empty.c_str(), 1);
+    testing_support::SetEnv("KPCB_IMPORTER_DIR", empty);
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
     auto messages = Messages();
     ASSERT_EQ(messages.size(), 1u);
@@ -305,7 +306,7 @@ TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
 
     // A copy at a path of its own is a fresh load, which checks the version.
     fs::copy_file(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_Allegro.kpi", empty + "/KPCBImporter_Allegro.kpi");
-    setenv("KPCB_TEST_IMPORTER_VERSION", "99", 1);
+    testing_support::SetEnv("KPCB_TEST_IMPORTER_VERSION", "99");
     fs::remove(dir / "data/Log/KAPI.log");
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
     messages = Messages();
@@ -317,7 +318,7 @@ TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
 TEST_F(Extraction, PluginsAreLookedForInTheConfiguredFolderThenBesideTheLibrary) {
     const CString own(platform::ModuleDirectory());
     EXPECT_EQ(importer_plugins::SearchFolders(), (std::vector<CString>{KPCB_TEST_IMPORTER_DIR, own}));
-    unsetenv("KPCB_IMPORTER_DIR");
+    testing_support::UnsetEnv("KPCB_IMPORTER_DIR");
     EXPECT_EQ(importer_plugins::SearchFolders(), std::vector<CString>{own});
 }
 

@@ -7,6 +7,7 @@
 
 #include "CKP_UIS__Main.h"
 #include "TestPaths.h"
+#include "TestSystem.h"
 
 namespace {
 std::vector<int> Options(CKP_UIS__Main& settings) {
@@ -40,11 +41,11 @@ TEST(ImporterSettings, ReadsSectionsIgnoringCaseAndSkipsWhatItDoesNotKnow) {
 
 TEST(ImporterSettings, DefaultFileLivesInTheDataFolder) {
     testing_support::TempDir dir;
-    setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+    testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
     std::filesystem::create_directories(dir / "Settings");
     std::ofstream(dir / "Settings/ImporterSettings.ini") << "[CR5000BD]\nConvertEucJPtoShiftJIS=1\n";
     CKP_UIS__Main settings;
     EXPECT_EQ(settings.LoadFromDefaultFile(), 1);
     EXPECT_EQ(Options(settings), (std::vector<int>{0, 1, 0, 0}));
-    unsetenv("KPCB_DATA_DIR");
+    testing_support::UnsetEnv("KPCB_DATA_DIR");
 }
