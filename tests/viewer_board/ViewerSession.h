@@ -1,0 +1,69 @@
+// A reference viewer on a board of the test's own folder, for the end-to-end tests.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "KPCBAPI.hpp"
+#include "TestPaths.h"
+#include "TextBoard.h"
+
+namespace viewer_board_test {
+
+struct OwnedString {
+    wchar_t* text = nullptr;
+    ~OwnedString() { KPCB_FreeString(text); }
+    std::wstring str() const { return text ? text : L"(null)"; }
+};
+
+inline std::wstring Wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+
+class Viewer {
+public:
+    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
+    ~Viewer() {
+        if (pid > 0) KPCB_Exit(pid, 1);
+    }
+    Viewer(const Viewer&) = delete;
+    Viewer& operator=(const Viewer&) = delete;
+    const int pid;
+};
+
+// A board file in a fresh folder (the sample board, or a text of the test's own),
+// the same text read by the tests' own reader, and a journal file for the viewer.
+class BoardTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+    }
+    void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
+
+    void UseSample() {
+        std::filesystem::copy_file(testing_support::SampleBoard(), boardFile);
+        text = text_board::ParseFile(boardFile);
+    }
+    void UseText(const std::string& boardText) {
+        std::ofstream(boardFile) << boardText;
+        text = text_board::Parse(boardText);
+    }
+    std::vector<std::string> JournalLines() const {
+        std::ifstream in(journal);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        return lines;
+    }
+
+    testing_support::TempDir dir;
+    std::string boardFile = dir / "board.pdbba";
+    std::string journal = dir / "journal.txt";
+    text_board::Board text;
+};
+
+}  // namespace viewer_board_test
