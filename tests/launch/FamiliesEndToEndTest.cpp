@@ -78,7 +78,7 @@ TEST_F(EndToEnd, DoubleSentRequestsLeaveNoStaleAnswers) {
         EXPECT_EQ(KPCB_SetStatusForCallingRedMark(viewer.pid, round), 0);
         EXPECT_EQ(KPCB_GetStatusForCallingRedMark(viewer.pid, &status), 0);
         EXPECT_EQ(status, round);
-        EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "GND", "U1", "1", "U2", "2"), 0);
+        EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "+3V3", "U1", "1", "U2", "2"), 0);
         EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "after"), 0);
         int pins = -1;
         EXPECT_EQ(KPCB_GetPinCountFromReference(viewer.pid, L"U1", &pins), 0);
@@ -105,7 +105,7 @@ TEST_F(EndToEnd, EveryFamilyIsAnswered) {
     const wchar_t* layers[] = {L"TOP"};
     EXPECT_EQ(KPCB_PolygonMergeCreate(viewer.pid), 0);
     EXPECT_EQ(KPCB_PolygonMergeRun(viewer.pid, layers, 1, L"GND", 8), 0);
-    EXPECT_EQ(KPCB_GetCWPolygonCount(viewer.pid), 0);
+    EXPECT_GT(KPCB_GetCWPolygonCount(viewer.pid), 0);
     EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid), 0);
 
     const std::string list = dir / "objects.txt";
