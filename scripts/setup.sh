@@ -7,7 +7,7 @@ packages=(
   build-essential cmake g++ clang libclang-rt-14-dev
   libgtest-dev googletest libgmock-dev libbenchmark-dev
   libboost-dev
-  python3
+  python3 valgrind
 )
 
 missing=()

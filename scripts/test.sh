@@ -18,5 +18,7 @@ run_suite build/test
 echo "== sanitizer build (ASan + UBSan)"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   run_suite build/sanitize -DKPCB_SANITIZE=ON
+echo "== memcheck (short run)"
+scripts/valgrind.sh build/test
 echo "== fuzz smoke runs (libFuzzer, a minute per target)"
 scripts/fuzz.sh "${KPCB_FUZZ_SECONDS:-60}"
