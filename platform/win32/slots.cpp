@@ -1,23 +1,72 @@
-// Mailslots: the real thing. A slot handle is the Windows handle itself, so a
-// failed open (INVALID_HANDLE_VALUE) is InvalidSlot().
+// Mailslots: the real thing. A slot handle points to a Slot that holds the Windows
+// handle; a failed open is InvalidSlot().
 #include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
 
 #include "win32.h"
 
 namespace platform {
 namespace {
 
-HANDLE AsHandle(SlotHandle slot) {
-    return slot == nullptr || slot == InvalidSlot() ? nullptr : static_cast<HANDLE>(slot);
+struct Slot {
+    HANDLE handle;
+    // A message already taken from the mailslot to learn its size, waiting to be read.
+    bool holding = false;
+    std::vector<char> held;
+};
+
+// Wine answers GetMailslotInfo by looking at the next message through a 64 KiB
+// window, so a message of that size or more shows as exactly this size. Such a
+// message is taken out into a buffer larger than anything Wine can carry (a few
+// hundred KiB) and held; on Windows, where the size is exact, this costs one copy.
+constexpr DWORD kPeekWindow = 0x10000;
+constexpr DWORD kHoldCapacity = 16u << 20;
+
+Slot* AsSlot(SlotHandle handle) {
+    return handle == nullptr || handle == InvalidSlot() ? nullptr : static_cast<Slot*>(handle);
+}
+
+SlotHandle Wrap(HANDLE handle) {
+    if (handle == INVALID_HANDLE_VALUE) return InvalidSlot();
+    Slot* slot = new (std::nothrow) Slot{handle};
+    if (!slot) {
+        CloseHandle(handle);
+        return InvalidSlot();
+    }
+    return slot;
+}
+
+bool Hold(Slot& slot) {
+    std::unique_ptr<char[]> buffer(new (std::nothrow) char[kHoldCapacity]);
+    if (!buffer) return false;
+    DWORD done = 0;
+    if (!ReadFile(slot.handle, buffer.get(), kHoldCapacity, &done, nullptr)) return false;
+    slot.held.assign(buffer.get(), buffer.get() + done);
+    slot.holding = true;
+    return true;
 }
 
 // Size of the message at the head of the queue, without waiting. False when the
-// queue is empty or the handle is not a read side.
-bool HeadSize(HANDLE slot, uint32_t& size, bool& failed) {
+// queue is empty (failed stays false) or on an error (failed is set).
+bool HeadSize(Slot& slot, uint32_t& size, bool& failed) {
+    failed = false;
+    if (slot.holding) {
+        size = static_cast<uint32_t>(slot.held.size());
+        return true;
+    }
     DWORD next = MAILSLOT_NO_MESSAGE;
-    DWORD count = 0;
-    failed = GetMailslotInfo(slot, nullptr, &next, &count, nullptr) == 0;
-    if (failed || next == MAILSLOT_NO_MESSAGE) return false;
+    if (!GetMailslotInfo(slot.handle, nullptr, &next, nullptr, nullptr)) {
+        failed = true;
+        return false;
+    }
+    if (next == MAILSLOT_NO_MESSAGE) return false;
+    if (next == kPeekWindow) {
+        failed = !Hold(slot);
+        if (failed) return false;
+        next = static_cast<DWORD>(slot.held.size());
+    }
     size = next;
     return true;
 }
@@ -25,7 +74,7 @@ bool HeadSize(HANDLE slot, uint32_t& size, bool& failed) {
 // Mailslots cannot be waited on, so the wait for the next message looks at the
 // queue in short steps: at first often, then every few milliseconds.
 // timeoutMs < 0 waits for ever; interruptible also ends the wait on a close request.
-bool WaitHeadSize(HANDLE slot, int timeoutMs, bool interruptible, uint32_t& size) {
+bool WaitHeadSize(Slot& slot, int timeoutMs, bool interruptible, uint32_t& size) {
     const ULONGLONG start = GetTickCount64();
     DWORD pause = 0;
     for (;;) {
@@ -45,67 +94,87 @@ bool WaitHeadSize(HANDLE slot, int timeoutMs, bool interruptible, uint32_t& size
     }
 }
 
+// The slot's own read time-out as a wait for WaitHeadSize.
+int ReadTimeout(const Slot& slot) {
+    DWORD timeout = MAILSLOT_WAIT_FOREVER;
+    if (!GetMailslotInfo(slot.handle, nullptr, nullptr, nullptr, &timeout)) return -1;
+    return timeout == MAILSLOT_WAIT_FOREVER ? -1 : static_cast<int>(timeout);
+}
+
 }  // namespace
 
 SlotHandle CreateSlot(const std::string& name) {
-    const HANDLE slot = CreateMailslotA(name.c_str(), 0, MAILSLOT_WAIT_FOREVER, nullptr);
-    return slot == INVALID_HANDLE_VALUE ? InvalidSlot() : static_cast<SlotHandle>(slot);
+    return Wrap(CreateMailslotA(name.c_str(), 0, MAILSLOT_WAIT_FOREVER, nullptr));
 }
 
 SlotHandle OpenSlot(const std::string& name) {
-    const HANDLE slot = CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    return slot == INVALID_HANDLE_VALUE ? InvalidSlot() : static_cast<SlotHandle>(slot);
+    return Wrap(CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {
     if (written) *written = 0;
-    const HANDLE slot = AsHandle(handle);
+    Slot* slot = AsSlot(handle);
     if (!slot || (count && !data)) return false;
     DWORD done = 0;
-    if (!WriteFile(slot, data, count, &done, nullptr)) return false;
+    if (!WriteFile(slot->handle, data, count, &done, nullptr)) return false;
     if (written) *written = done;
     return true;
 }
 
 bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
     if (read) *read = 0;
-    const HANDLE slot = AsHandle(handle);
+    Slot* slot = AsSlot(handle);
     if (!slot) return false;
-    // A message larger than capacity fails with ERROR_INSUFFICIENT_BUFFER and stays queued.
+    // Windows fails a read into a buffer smaller than the next message and leaves the
+    // message queued; Wine cuts the message to the buffer and drops the rest. So the
+    // size is looked at first (a slot has one reader: the head cannot change meanwhile).
+    uint32_t next = 0;
+    if (!WaitHeadSize(*slot, ReadTimeout(*slot), false, next)) return false;
+    if (next > capacity) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return false;
+    }
+    if (slot->holding) {
+        if (next) std::memcpy(data, slot->held.data(), next);
+        slot->held.clear();
+        slot->held.shrink_to_fit();
+        slot->holding = false;
+        if (read) *read = next;
+        return true;
+    }
     DWORD done = 0;
-    if (!ReadFile(slot, data, capacity, &done, nullptr)) return false;
+    if (!ReadFile(slot->handle, data, capacity, &done, nullptr)) return false;
     if (read) *read = done;
     return true;
 }
 
 bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size) {
-    const HANDLE slot = AsHandle(handle);
+    Slot* slot = AsSlot(handle);
     uint32_t next = 0;
-    if (!slot || !WaitHeadSize(slot, timeoutMs, true, next)) return false;
+    if (!slot || !WaitHeadSize(*slot, timeoutMs, true, next)) return false;
     if (size) *size = next;
     return true;
 }
 
 bool NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
-    const HANDLE slot = AsHandle(handle);
-    if (!slot) return false;
-    DWORD readTimeout = MAILSLOT_WAIT_FOREVER;
-    if (!GetMailslotInfo(slot, nullptr, nullptr, nullptr, &readTimeout)) return false;
-    const int timeoutMs = readTimeout == MAILSLOT_WAIT_FOREVER ? -1 : static_cast<int>(readTimeout);
+    Slot* slot = AsSlot(handle);
     uint32_t next = 0;
-    if (!WaitHeadSize(slot, timeoutMs, false, next)) return false;
+    if (!slot || !WaitHeadSize(*slot, ReadTimeout(*slot), false, next)) return false;
     if (size) *size = next;
     return true;
 }
 
 void SetSlotReadTimeout(SlotHandle handle, int milliseconds) {
-    if (const HANDLE slot = AsHandle(handle))
-        SetMailslotInfo(slot, milliseconds > 0 ? static_cast<DWORD>(milliseconds) : MAILSLOT_WAIT_FOREVER);
+    if (Slot* slot = AsSlot(handle))
+        SetMailslotInfo(slot->handle, milliseconds > 0 ? static_cast<DWORD>(milliseconds) : MAILSLOT_WAIT_FOREVER);
 }
 
 void CloseSlot(SlotHandle handle) {
-    if (const HANDLE slot = AsHandle(handle)) CloseHandle(slot);
+    if (Slot* slot = AsSlot(handle)) {
+        CloseHandle(slot->handle);
+        delete slot;
+    }
 }
 
 }  // namespace platform

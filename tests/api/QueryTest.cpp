@@ -16,6 +16,7 @@
 #include "PolygonMergeRecords.h"
 #include "RedMarkRecords.h"
 #include "TestPaths.h"
+#include "TestSystem.h"
 
 using testing_support::Bytes;
 using testing_support::FakeViewer;
@@ -306,7 +307,7 @@ TEST(PolygonMerge, ReadsIgnoreTheErrorCodeAndReplaceArrays) {
 
 TEST(PolygonMerge, RunMapsTheViewersCodesAndLogs) {
     testing_support::TempDir dir;
-    setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+    testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
     GetUniversalLogger().Init(CString(dir / "Log/KAPI.log"), 1);
     FakeViewer viewer;
     const wchar_t* layers[] = {L"TOP", L"BOTTOM"};
@@ -321,18 +322,18 @@ TEST(PolygonMerge, RunMapsTheViewersCodesAndLogs) {
     text << log.rdbuf();
     for (const char* line : {"Net : VCC     \n", "Layer0 : TOP\n", "Layer1 : BOTTOM\n", "Division : 0.500000\n"})
         EXPECT_NE(text.str().find(line), std::string::npos) << line;
-    unsetenv("KPCB_DATA_DIR");
+    testing_support::UnsetEnv("KPCB_DATA_DIR");
 }
 
 TEST(PolygonMerge, TraceLinesGoToTheDebuggerOutput) {
-    setenv("KPCB_DEBUG_OUTPUT", "1", 1);
+    testing_support::SetEnv("KPCB_DEBUG_OUTPUT", "1");
     const wchar_t* layers[] = {L"TOP", L"L3"};
     testing::internal::CaptureStderr();
     KPCB_PolygonMergeRun(kDeadPid, layers, 2, L"GND", 1);
     KPCB_PolygonMergeRun(kDeadPid, layers, 0, L"GND", 1);
     KPCB_PolygonMergeDestroy(kDeadPid);
     const std::string trace = testing::internal::GetCapturedStderr();
-    unsetenv("KPCB_DEBUG_OUTPUT");
+    testing_support::UnsetEnv("KPCB_DEBUG_OUTPUT");
     EXPECT_EQ(trace,
               "---------- saLayerNameList Convert Start -----------------\nTOP\nL3\n"
               "---------- saLayerNameList Convert End -----------------\n"

@@ -18,4 +18,7 @@ bool NoChildren();
 // The file name (no folder) of the program that a running process executes.
 std::string ExecutableNameOf(int pid);
 
+// True when the tests run under Wine rather than on the system they were built for.
+bool RunningUnderWine();
+
 }  // namespace testing_support

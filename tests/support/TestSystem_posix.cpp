@@ -23,4 +23,6 @@ std::string ExecutableNameOf(int pid) {
     return std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", error).filename().string();
 }
 
+bool RunningUnderWine() { return false; }
+
 }  // namespace testing_support

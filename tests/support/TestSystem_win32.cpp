@@ -56,4 +56,9 @@ std::string ExecutableNameOf(int pid) {
     return cut == std::string::npos ? name : name.substr(cut + 1);
 }
 
+bool RunningUnderWine() {
+    const HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+    return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
+}
+
 }  // namespace testing_support
