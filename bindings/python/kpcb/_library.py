@@ -122,10 +122,6 @@ PROTOTYPES = {
     "KPCB_SetReplyTimeout": (None, [c_int]),
 }
 
-# Functions bound when the library has them (newer libraries only).
-OPTIONAL_PROTOTYPES = {
-}
-
 
 # ---- Finding the library ----------------------------------------------------
 
@@ -175,22 +171,14 @@ def find_library(environ=None, package_dir=PACKAGE_DIR):
 
 
 def declare(dll):
-    """Declares the prototypes on a loaded library; returns the names of the
-    optional functions that it has. A missing required function is an error."""
+    """Declares the prototypes on a loaded library. A missing function is an error."""
     missing = [name for name in PROTOTYPES if not hasattr(dll, name)]
     if missing:
         raise LibraryNotFoundError("%s lacks %s" % (getattr(dll, "_name", "the library"), ", ".join(missing)))
-    present = set()
-    for table in (PROTOTYPES, OPTIONAL_PROTOTYPES):
-        for name, (restype, argtypes) in table.items():
-            if table is OPTIONAL_PROTOTYPES and not hasattr(dll, name):
-                continue
-            function = getattr(dll, name)
-            function.restype = restype
-            function.argtypes = argtypes
-            if table is OPTIONAL_PROTOTYPES:
-                present.add(name)
-    return present
+    for name, (restype, argtypes) in PROTOTYPES.items():
+        function = getattr(dll, name)
+        function.restype = restype
+        function.argtypes = argtypes
 
 
 def load(path):
@@ -199,7 +187,7 @@ def load(path):
         dll = ctypes.CDLL(path)
     except OSError as error:
         raise LibraryNotFoundError("cannot load %s: %s" % (path, error)) from error
-    dll.kpcb_optional = declare(dll)
+    declare(dll)
     return dll
 
 

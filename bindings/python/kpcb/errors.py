@@ -54,7 +54,8 @@ class KpcbError(Exception):
         self.meaning = meaning or MEANINGS.get(self.code, "failure code %d" % self.code)
         self.function = function
         where = function + ": " if function else ""
-        super().__init__("%s%s (%d)" % (where, self.meaning, self.code))
+        code = "" if "(%d)" % self.code in self.meaning else " (%d)" % self.code
+        super().__init__(where + self.meaning + code)
 
 
 class NotRunningError(KpcbError):

@@ -16,6 +16,7 @@ NARROW_ENCODING = "mbcs" if sys.platform == "win32" else "utf-8"
 # Lists cross the boundary as one text: names joined with this separator on the way
 # in, results joined with it on the way out.
 LIST_SEPARATOR = "\n"
+_NARROW_SEPARATOR = LIST_SEPARATOR.encode("ascii")
 
 PlaceCounts = collections.namedtuple("PlaceCounts", "top bottom other")
 PlaceCounts.__doc__ = "How many of the asked components are placed on top, on the bottom, and neither."
@@ -26,12 +27,12 @@ Polygon.__doc__ = "A merged copper polygon: its outline and its holes, each a li
 
 _EXIT_MEANINGS = {NOT_RUNNING: "the viewer is not running or was not launched by this process"}
 _MARK_MEANINGS = {ERR_200: "no red mark has that title"}
-_HIGHLIGHT_MEANINGS = {ERR_200: "the object kind is not 0, 1 or 2", ERR_201: "the viewer refused the highlight"}
+_HIGHLIGHT_MEANINGS = {ERR_200: "the object kind is not 0, 1 or 2", ERR_201: "the viewer refused the highlight (-201)"}
 _SECTION_MEANINGS = {ERR_200: "the viewer refused the net section (-200)",
                      ERR_201: "the viewer refused the net section (-201)"}
 _MERGE_RUN_MEANINGS = {ERR_202: "no layer to merge on (or the viewer's -202)",
                        ERR_201: "no net to merge (or the viewer's -201)"}
-_TITLE_MEANINGS = {ERR_201: "the viewer refused the title"}
+_TITLE_MEANINGS = {ERR_201: "the viewer refused the title (-201)"}
 _NET_PINS_MEANINGS = {ERR_200: "the viewer knows no such pin", ERR_201: "the pin is on no net"}
 # The library copies an information value out whatever the viewer's error code; the
 # viewer then puts its failure code into the value itself.
@@ -76,6 +77,10 @@ def _names_text(names, what):
             raise ValueError("%s must not contain a line break: %r" % (what, name))
         out.append(name)
     return LIST_SEPARATOR.join(out)
+
+
+def _narrow_names(names, what):
+    return _names_text(names, what).encode(NARROW_ENCODING)
 
 
 def _split(text):
@@ -163,9 +168,10 @@ class Viewer:
     @classmethod
     def launch(cls, path, hide=False):
         """Starts the viewer beside the library on a board file and returns it.
-        hide: start with the viewer's window hidden."""
+        hide: start with the viewer's window hidden. A relative path is taken from
+        the current folder."""
         dll = _library.library()
-        path = _text(path, "board path")
+        path = os.path.abspath(_text(path, "board path"))
         function = "KPCB_Launch_HideMode" if hide else "KPCB_Launch"
         with _launch_lock:
             result = getattr(dll, function)(path)
@@ -282,7 +288,7 @@ class Viewer:
 
     def highlight(self, kind, names, contrast=0):
         """Highlights the named objects in red; waits for the viewer."""
-        self._call("KPCB_Highlight", int(kind), _narrow(_names_text(names, "name"), "names"), b"\n",
+        self._call("KPCB_Highlight", int(kind), _narrow_names(names, "name"), _NARROW_SEPARATOR,
                    int(contrast), meanings=_HIGHLIGHT_MEANINGS)
 
     def highlight_color(self, kind, names, color, contrast=0, layer_color_from_api=False):
@@ -299,10 +305,10 @@ class Viewer:
         """As highlight_color, on the named layers only; layer_name_type says how
         the layers are named."""
         self._named_highlight("KPCB_Highlight_SpecificLayer", kind, names, color, contrast, layer_color_from_api,
-                              int(layer_name_type), _narrow(_names_text(layers, "layer name"), "layers"), b"\n")
+                              int(layer_name_type), _narrow_names(layers, "layer name"), _NARROW_SEPARATOR)
 
     def _named_highlight(self, function, kind, names, color, contrast, layer_color_from_api, *more):
-        self._call(function, int(kind), _narrow(_names_text(names, "name"), "names"), b"\n", *_color(color),
+        self._call(function, int(kind), _narrow_names(names, "name"), _NARROW_SEPARATOR, *_color(color),
                    int(contrast), 1 if layer_color_from_api else 0, *more, meanings=_HIGHLIGHT_MEANINGS)
 
     def highlight_pins(self, ref, pins, color, layer_color_from_api=False, zoom=False):
@@ -311,7 +317,7 @@ class Viewer:
         function = "KPCB_Highlight_RefPin_Zoom" if zoom else "KPCB_Highlight_RefPin"
         with self._lock:
             result = getattr(self._dll, function)(self._pid, _narrow(ref, "reference"),
-                                                  _narrow(_names_text(pins, "pin name"), "pins"), b"\n",
+                                                  _narrow_names(pins, "pin name"), _NARROW_SEPARATOR,
                                                   *_color(color), 1 if layer_color_from_api else 0)
         if result != 0:
             raise error_for(result, function)
@@ -333,21 +339,21 @@ class Viewer:
 
     def show_layers(self, names, visible=True):
         """Shows (or hides) the named layers; the others stay as they are."""
-        self._call("KPCB_Visible_Layers", _narrow(_names_text(names, "layer name"), "layers"), b"\n",
+        self._call("KPCB_Visible_Layers", _narrow_names(names, "layer name"), _NARROW_SEPARATOR,
                    1 if visible else 0)
 
     def show_only_layers(self, names):
         """Shows only the named layers."""
-        self._call("KPCB_Visible_Layers_Only", _narrow(_names_text(names, "layer name"), "layers"), b"\n")
+        self._call("KPCB_Visible_Layers_Only", _narrow_names(names, "layer name"), _NARROW_SEPARATOR)
 
     def show_ecad_layers(self, names, visible=True):
         """As show_layers, with the ECAD system's layer names."""
-        self._call("KPCB_Visible_ECAD_Layers", _narrow(_names_text(names, "layer name"), "layers"), b"\n",
+        self._call("KPCB_Visible_ECAD_Layers", _narrow_names(names, "layer name"), _NARROW_SEPARATOR,
                    1 if visible else 0)
 
     def show_only_ecad_layers(self, names):
         """As show_only_layers, with the ECAD system's layer names."""
-        self._call("KPCB_Visible_ECAD_Layers_Only", _narrow(_names_text(names, "layer name"), "layers"), b"\n")
+        self._call("KPCB_Visible_ECAD_Layers_Only", _narrow_names(names, "layer name"), _NARROW_SEPARATOR)
 
     # ---- red marks ----------------------------------------------------------------
 
