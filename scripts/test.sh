@@ -22,5 +22,4 @@ echo "== memcheck (short run)"
 scripts/valgrind.sh build/test
 echo "== fuzz smoke runs (libFuzzer, a minute per target)"
 scripts/fuzz.sh "${KPCB_FUZZ_SECONDS:-60}"
-echo "== Python binding"
-bindings/python/run_tests.sh build/test/bin
+echo "== Python binding" && bindings/python/run_tests.sh build/test/bin
