@@ -3,6 +3,7 @@ exported C function declared for ctypes."""
 
 import ctypes
 import glob
+import mmap
 import os
 import sys
 import threading
@@ -133,6 +134,18 @@ def _repo_root(package_dir):
     return None
 
 
+def _needs_missing_sanitizer(path):
+    """True for a library built with AddressSanitizer when this process does not
+    run the sanitizer's runtime: loading it would end the process."""
+    try:
+        with open(path, "rb") as f, mmap.mmap(f.fileno(), 0, access=mmap.ACCESS_READ) as data:
+            if data.find(b"__asan_init") < 0:
+                return False
+    except (OSError, ValueError):
+        return False
+    return not hasattr(ctypes.CDLL(None), "__asan_init")
+
+
 def find_library(environ=None, package_dir=PACKAGE_DIR):
     """The path of the KPCBAPI library, looked for in this order:
 
@@ -140,7 +153,8 @@ def find_library(environ=None, package_dir=PACKAGE_DIR):
        folder that holds it (an error when it names neither);
     2. beside the package: in the package folder, then in the folder above it;
     3. in the build tree of the source checkout: build/*/bin/, the most
-       recently built first.
+       recently built first, passing over sanitizer builds (they load only into
+       a process that runs the sanitizer's runtime).
     """
     environ = os.environ if environ is None else environ
     named = environ.get(LIBRARY_ENV)
@@ -162,8 +176,9 @@ def find_library(environ=None, package_dir=PACKAGE_DIR):
     root = _repo_root(package_dir)
     if root:
         built = glob.glob(os.path.join(root, "build", "*", "bin", LIBRARY_NAME))
-        if built:
-            return max(built, key=os.path.getmtime)
+        for candidate in sorted(built, key=os.path.getmtime, reverse=True):
+            if not _needs_missing_sanitizer(candidate):
+                return candidate
 
     raise LibraryNotFoundError(
         "%s not found: set %s to the library (or its folder), put it beside the kpcb package, "
@@ -183,6 +198,9 @@ def declare(dll):
 
 def load(path):
     """Loads the library at path and declares its prototypes."""
+    if _needs_missing_sanitizer(path):
+        raise LibraryNotFoundError("%s is built with AddressSanitizer: load it only in a process that runs "
+                                   "the sanitizer's runtime (LD_PRELOAD it)" % path)
     try:
         dll = ctypes.CDLL(path)
     except OSError as error:

@@ -45,6 +45,17 @@ class FindLibraryTest(unittest.TestCase):
         os.utime(self.newer, (time.time() - 200,) * 2)
         self.assertEqual(self.find(), self.older)
 
+    @unittest.skipIf(hasattr(ctypes.CDLL(None), "__asan_init"), "this process runs the sanitizer runtime")
+    def test_sanitizer_builds_are_passed_over_and_refused(self):
+        with open(self.newer, "wb") as f:
+            f.write(b"\x7fELF ... __asan_init ...")
+        self.assertEqual(self.find(), self.older)
+        # Loading one would end the process; named explicitly it is refused instead.
+        self.assertEqual(self.find({"KPCB_LIBRARY": self.newer}), self.newer)
+        with self.assertRaises(kpcb.LibraryNotFoundError) as caught:
+            _library.load(self.newer)
+        self.assertIn("AddressSanitizer", str(caught.exception))
+
     def test_beside_the_package_beats_the_build_tree(self):
         above = touch(os.path.join(os.path.dirname(self.package), self.name))
         self.assertEqual(self.find(), above)
