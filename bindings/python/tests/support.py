@@ -1,6 +1,7 @@
 """Shared pieces of the binding's tests: the environment, a board file, viewers
 with a journal, and a fake viewer that answers from inside the test process."""
 
+import atexit
 import ctypes
 import os
 import shlex
@@ -24,6 +25,7 @@ import kpcb  # noqa: E402
 
 # Every test run keeps the API log and its files in its own folder.
 WORK_DIR = tempfile.mkdtemp(prefix="kpcb-python-tests-")
+atexit.register(shutil.rmtree, WORK_DIR, True)
 os.environ.setdefault("KPCB_DATA_DIR", os.path.join(WORK_DIR, "data"))
 
 # A fault in a test's fake viewer fails that test instead of hanging the run.
