@@ -192,17 +192,17 @@ class ViewerTestCase(unittest.TestCase):
         entries = self.entries_of(attempt)
         return caught[0], entries
 
-    def sent_by(self, action, *specs):
+    def sent_by(self, action, *layouts):
         """Runs action and returns what it sent, as (class name, fields) per record,
-        the fields of each read by the matching spec of Reader.fields. A record that
-        the library sends twice is listed once."""
+        the fields of each read by the matching layout of Reader.fields. A record
+        that the library sends twice is listed once."""
         entries = []
         for name, payload, _ in self.entries_of(action):
             if entries and entries[-1][1] == payload:
                 continue
             entries.append((name, payload))
-        self.assertEqual(len(entries), len(specs), [name for name, _ in entries])
-        return [(name, Reader(payload[4:]).fields(spec)) for (name, payload), spec in zip(entries, specs)]
+        self.assertEqual(len(entries), len(layouts), [name for name, _ in entries])
+        return [(name, Reader(payload[4:]).fields(layout)) for (name, payload), layout in zip(entries, layouts)]
 
 
 # ---- archive images (little-endian, as the library writes them) ---------------
@@ -275,13 +275,13 @@ class Reader:
     def u32(self):
         return struct.unpack("<I", self.take(4))[0]
 
-    def fields(self, spec):
+    def fields(self, layout):
         """Reads fields by letter: i int, u unsigned, d double, s string, l list of
         strings; the whole payload must be used."""
         read = {"i": self.i32, "u": self.u32, "d": self.f64, "s": self.cstring, "l": self.strings}
-        values = tuple(read[letter]() for letter in spec)
+        values = tuple(read[letter]() for letter in layout)
         if self.at != len(self.data):
-            raise ValueError("%d bytes left after the fields %r" % (len(self.data) - self.at, spec))
+            raise ValueError("%d bytes left after the fields %r" % (len(self.data) - self.at, layout))
         return values
 
 

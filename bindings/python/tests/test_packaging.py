@@ -2,12 +2,12 @@
 
 import base64
 import hashlib
-import importlib.util
 import os
 import subprocess
 import sys
 import tarfile
 import tempfile
+import types
 import unittest
 import zipfile
 
@@ -19,9 +19,10 @@ PACKAGE_FILES = sorted("kpcb/" + name for name in os.listdir(os.path.join(suppor
 
 
 def load_backend():
-    spec = importlib.util.spec_from_file_location("kpcb_backend_under_test", BACKEND)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module = types.ModuleType("kpcb_backend_under_test")
+    module.__file__ = BACKEND
+    with open(BACKEND, encoding="utf-8") as f:
+        exec(compile(f.read(), BACKEND, "exec"), module.__dict__)
     return module
 
 
