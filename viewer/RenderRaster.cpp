@@ -6,8 +6,21 @@
 namespace viewer {
 namespace {
 
+// Pixel indices far outside any picture are held here, so that conversions stay in
+// the range of int whatever the zoom.
+constexpr double kFarOutside = 1e9;
+
+int ToIndex(double v) {
+    if (std::isnan(v)) return -1;
+    return static_cast<int>(std::min(std::max(v, -kFarOutside), kFarOutside));
+}
+
 // The first pixel index whose centre is at or beyond v.
-int FirstCentreAtOrAfter(double v) { return static_cast<int>(std::ceil(v - 0.5)); }
+int FirstCentreAtOrAfter(double v) { return ToIndex(std::ceil(v - 0.5)); }
+// The last pixel index whose centre is at or before v.
+int LastCentreAtOrBefore(double v) { return ToIndex(std::floor(v - 0.5)); }
+
+bool Finite(PixelPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 // Clips the line to the box (Liang-Barsky); false when nothing of it is inside.
 bool Clip(PixelPoint& a, PixelPoint& b, double minX, double minY, double maxX, double maxY) {
@@ -38,7 +51,7 @@ bool Clip(PixelPoint& a, PixelPoint& b, double minX, double minY, double maxX, d
 }  // namespace
 
 void Raster::Dot(PixelPoint p, Rgb c) {
-    m_target.Set(static_cast<int>(std::floor(p.x)), static_cast<int>(std::floor(p.y)), c);
+    if (Finite(p)) m_target.Set(ToIndex(std::floor(p.x)), ToIndex(std::floor(p.y)), c);
 }
 
 void Raster::FillPolygon(const std::vector<PixelPoint>& ring, Rgb c) {
@@ -46,19 +59,24 @@ void Raster::FillPolygon(const std::vector<PixelPoint>& ring, Rgb c) {
 }
 
 void Raster::FillPolygon(const std::vector<std::vector<PixelPoint>>& rings, Rgb c) {
-    const int height = m_target.Height();
     double minX = 1e300, minY = 1e300, maxX = -1e300, maxY = -1e300;
+    for (const std::vector<PixelPoint>& ring : rings)
+        for (const PixelPoint& p : ring) {
+            if (!Finite(p)) return;
+            minX = std::min(minX, p.x);
+            maxX = std::max(maxX, p.x);
+            minY = std::min(minY, p.y);
+            maxY = std::max(maxY, p.y);
+        }
+    if (minX > maxX || !Touches(minX, minY, maxX, maxY)) return;
+    const int height = m_target.Height();
     m_crossings.clear();
     for (const std::vector<PixelPoint>& ring : rings) {
         const size_t n = ring.size();
         for (size_t i = 0; i < n; ++i) {
             const PixelPoint& a = ring[i];
             const PixelPoint& b = ring[(i + 1) % n];
-            minX = std::min(minX, a.x);
-            maxX = std::max(maxX, a.x);
-            minY = std::min(minY, a.y);
-            maxY = std::max(maxY, a.y);
-            if (a.y == b.y || !std::isfinite(a.y) || !std::isfinite(b.y)) continue;
+            if (a.y == b.y) continue;
             const double lo = std::min(a.y, b.y), hi = std::max(a.y, b.y);
             // Rows whose centre lies in [lo, hi): each crossing is counted once.
             const int first = std::max(FirstCentreAtOrAfter(lo), 0);
@@ -68,45 +86,58 @@ void Raster::FillPolygon(const std::vector<std::vector<PixelPoint>>& rings, Rgb 
                 m_crossings.emplace_back(row, a.x + (row + 0.5 - a.y) * slope);
         }
     }
-    if (minX > maxX || !Touches(minX, minY, maxX, maxY)) return;
     if (m_crossings.empty()) {  // thinner than a row: keep it visible as a dot
         if (maxY - minY < 1 && maxX - minX < 1) Dot(PixelPoint{(minX + maxX) / 2, (minY + maxY) / 2}, c);
         return;
     }
-    std::sort(m_crossings.begin(), m_crossings.end());
+    // Group the crossings by row (counting), then order each row's few by x.
+    int firstRow = height, lastRow = -1;
+    for (const auto& c : m_crossings) {
+        firstRow = std::min(firstRow, c.first);
+        lastRow = std::max(lastRow, c.first);
+    }
+    m_rowStart.assign(static_cast<size_t>(lastRow - firstRow + 2), 0);
+    for (const auto& c : m_crossings) ++m_rowStart[static_cast<size_t>(c.first - firstRow + 1)];
+    for (size_t i = 1; i < m_rowStart.size(); ++i) m_rowStart[i] += m_rowStart[i - 1];
+    m_rowXs.resize(m_crossings.size());
+    m_rowNext.assign(m_rowStart.begin(), m_rowStart.end() - 1);
+    for (const auto& c : m_crossings)
+        m_rowXs[static_cast<size_t>(m_rowNext[static_cast<size_t>(c.first - firstRow)]++)] = c.second;
     bool painted = false;
-    for (size_t i = 0; i + 1 < m_crossings.size(); i += 2) {
-        if (m_crossings[i].first != m_crossings[i + 1].first) {  // an odd row: numerical noise
-            --i;
-            continue;
-        }
-        const int x0 = FirstCentreAtOrAfter(m_crossings[i].second);
-        const int x1 = FirstCentreAtOrAfter(m_crossings[i + 1].second) - 1;
-        if (x0 <= x1) {
-            m_target.FillSpan(m_crossings[i].first, x0, x1, c);
-            painted = true;
+    for (int row = firstRow; row <= lastRow; ++row) {
+        double* begin = m_rowXs.data() + m_rowStart[static_cast<size_t>(row - firstRow)];
+        double* end = m_rowXs.data() + m_rowStart[static_cast<size_t>(row - firstRow + 1)];
+        std::sort(begin, end);
+        for (double* x = begin; x + 1 < end; x += 2) {  // an odd count (numerical noise) drops the last
+            const int x0 = FirstCentreAtOrAfter(x[0]);
+            const int x1 = FirstCentreAtOrAfter(x[1]) - 1;
+            if (x0 <= x1) {
+                m_target.FillSpan(row, x0, x1, c);
+                painted = true;
+            }
         }
     }
     if (!painted && maxX - minX < 1) Dot(PixelPoint{(minX + maxX) / 2, (minY + maxY) / 2}, c);
 }
 
 void Raster::FillCircle(PixelPoint centre, double radius, Rgb c) {
+    if (!Finite(centre) || !std::isfinite(radius)) return;
     if (!Touches(centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius)) return;
     if (radius < 0.5) {
         Dot(centre, c);
         return;
     }
     const int first = std::max(FirstCentreAtOrAfter(centre.y - radius), 0);
-    const int last = std::min(static_cast<int>(std::floor(centre.y + radius - 0.5)), m_target.Height() - 1);
+    const int last = std::min(LastCentreAtOrBefore(centre.y + radius), m_target.Height() - 1);
     for (int row = first; row <= last; ++row) {
         const double dy = row + 0.5 - centre.y;
         const double dx = std::sqrt(std::max(radius * radius - dy * dy, 0.0));
-        m_target.FillSpan(row, FirstCentreAtOrAfter(centre.x - dx), static_cast<int>(std::floor(centre.x + dx - 0.5)),
-                          c);
+        m_target.FillSpan(row, FirstCentreAtOrAfter(centre.x - dx), LastCentreAtOrBefore(centre.x + dx), c);
     }
 }
 
 void Raster::FillCapsule(PixelPoint a, PixelPoint b, double halfWidth, Rgb c) {
+    if (!Finite(a) || !Finite(b) || !std::isfinite(halfWidth)) return;
     const double minX = std::min(a.x, b.x) - halfWidth, maxX = std::max(a.x, b.x) + halfWidth;
     const double minY = std::min(a.y, b.y) - halfWidth, maxY = std::max(a.y, b.y) + halfWidth;
     if (!Touches(minX, minY, maxX, maxY)) return;
@@ -125,6 +156,7 @@ void Raster::FillCapsule(PixelPoint a, PixelPoint b, double halfWidth, Rgb c) {
 }
 
 void Raster::Line(PixelPoint a, PixelPoint b, Rgb c) {
+    if (!Finite(a) || !Finite(b)) return;
     if (!Clip(a, b, -1, -1, m_target.Width() + 1, m_target.Height() + 1)) return;
     const double dx = b.x - a.x, dy = b.y - a.y;
     const int steps = static_cast<int>(std::ceil(std::max(std::fabs(dx), std::fabs(dy))));

@@ -40,7 +40,10 @@ public:
 
 private:
     Bitmap& m_target;
-    std::vector<std::pair<int, double>> m_crossings;  // reused between fills
+    // Reused between fills: crossings of edges with rows, then grouped by row.
+    std::vector<std::pair<int, double>> m_crossings;
+    std::vector<int> m_rowStart, m_rowNext;
+    std::vector<double> m_rowXs;
 };
 
 }  // namespace viewer

@@ -88,12 +88,20 @@ TEST(RasterFill, PolygonsReachingFarOutsideAreClipped) {
     Raster r(b);
     r.FillPolygon({{-1e9, -1e9}, {1e9, -1e9}, {1e9, 1e9}, {-1e9, 1e9}}, kInk);
     EXPECT_EQ(Painted(b), 30 * 20);
+    Bitmap d(30, 20, kPaper);
+    Raster(d).FillCircle({15, 1e11}, 1e12, kInk);  // a pad at an absurd zoom
+    EXPECT_EQ(Painted(d), 30 * 20);
 
     Bitmap c(30, 20, kPaper);
     Raster rc(c);
     rc.FillPolygon({{100, 100}, {200, 100}, {200, 200}}, kInk);
     rc.FillCircle({-50, 10}, 20, kInk);
     rc.FillCapsule({-10, -10}, {-5, -50}, 3, kInk);
+    const double nan = std::nan("");
+    rc.FillPolygon({{1, 1}, {nan, 5}, {20, 10}}, kInk);  // a board with a broken coordinate
+    rc.FillCircle({nan, 5}, 3, kInk);
+    rc.FillCapsule({1, 1}, {10, nan}, 2, kInk);
+    rc.Line({1, 1}, {nan, nan}, kInk);
     EXPECT_EQ(Painted(c), 0);
 }
 
