@@ -36,14 +36,13 @@ void Bitmap::FillSpan(int y, int x0, int x1, Rgb c) {
     std::fill(row + x0, row + x1 + 1, c);
 }
 
-std::vector<std::uint8_t> Bitmap::EncodeBmp() const {
-    const size_t stride = (static_cast<size_t>(m_width) * 3 + 3) / 4 * 4;
-    const size_t imageSize = stride * static_cast<size_t>(m_height);
+std::vector<std::uint8_t> Bitmap::Headers() const {
+    const size_t imageSize = Stride() * static_cast<size_t>(m_height);
     const size_t offset = kFileHeaderSize + kInfoHeaderSize;
-    std::vector<std::uint8_t> out(offset + imageSize, 0);
+    std::vector<std::uint8_t> out(offset, 0);
     out[0] = 'B';
     out[1] = 'M';
-    Put32(out, 2, static_cast<std::uint32_t>(out.size()));
+    Put32(out, 2, static_cast<std::uint32_t>(offset + imageSize));
     Put32(out, 10, static_cast<std::uint32_t>(offset));
     Put32(out, 14, kInfoHeaderSize);
     Put32(out, 18, static_cast<std::uint32_t>(m_width));
@@ -54,26 +53,40 @@ std::vector<std::uint8_t> Bitmap::EncodeBmp() const {
     Put32(out, 34, static_cast<std::uint32_t>(imageSize));
     Put32(out, 38, static_cast<std::uint32_t>(kPixelsPerMetre));
     Put32(out, 42, static_cast<std::uint32_t>(kPixelsPerMetre));
-    for (int y = 0; y < m_height; ++y) {
-        std::uint8_t* row = out.data() + offset + stride * static_cast<size_t>(m_height - 1 - y);
-        const Rgb* pixel = m_pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(m_width);
-        for (int x = 0; x < m_width; ++x, ++pixel) {
-            row[3 * x] = pixel->b;
-            row[3 * x + 1] = pixel->g;
-            row[3 * x + 2] = pixel->r;
-        }
+    return out;
+}
+
+void Bitmap::EncodeRow(int y, std::uint8_t* out) const {
+    const Rgb* pixel = m_pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(m_width);
+    for (int x = 0; x < m_width; ++x, ++pixel) {
+        out[3 * x] = pixel->b;
+        out[3 * x + 1] = pixel->g;
+        out[3 * x + 2] = pixel->r;
     }
+    std::fill(out + 3 * static_cast<size_t>(m_width), out + Stride(), std::uint8_t{0});
+}
+
+std::vector<std::uint8_t> Bitmap::EncodeBmp() const {
+    std::vector<std::uint8_t> out = Headers();
+    const size_t offset = out.size();
+    out.resize(offset + Stride() * static_cast<size_t>(m_height));
+    for (int y = 0; y < m_height; ++y) EncodeRow(y, out.data() + offset + Stride() * static_cast<size_t>(m_height - 1 - y));
     return out;
 }
 
 bool Bitmap::WriteBmp(const std::string& path, std::string& why) const {
-    const std::vector<std::uint8_t> bytes = EncodeBmp();
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) {
         why = std::strerror(errno);
         return false;
     }
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const std::vector<std::uint8_t> headers = Headers();
+    bool written = std::fwrite(headers.data(), 1, headers.size(), file) == headers.size();
+    std::vector<std::uint8_t> row(Stride());
+    for (int y = m_height - 1; written && y >= 0; --y) {
+        EncodeRow(y, row.data());
+        written = std::fwrite(row.data(), 1, row.size(), file) == row.size();
+    }
     const bool closed = std::fclose(file) == 0;
     if (!written || !closed) {
         why = "write failed";

@@ -43,10 +43,16 @@ public:
     // The BMP file image: file header, 40-byte information header, then the rows from
     // the bottom up, each pixel blue, green, red, each row padded to four bytes.
     std::vector<std::uint8_t> EncodeBmp() const;
-    // Writes the BMP file, replacing it; false with the reason when it cannot be written.
+    // Writes the BMP file (a row at a time), replacing it; false with the reason when it
+    // cannot be written.
     bool WriteBmp(const std::string& path, std::string& why) const;
 
 private:
+    size_t Stride() const { return (static_cast<size_t>(m_width) * 3 + 3) / 4 * 4; }
+    std::vector<std::uint8_t> Headers() const;
+    // Row y (from the top) in the file's form, padding included.
+    void EncodeRow(int y, std::uint8_t* out) const;
+
     int m_width, m_height;
     std::vector<Rgb> m_pixels;
 };

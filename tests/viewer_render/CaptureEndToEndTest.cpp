@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -14,6 +13,7 @@
 #include "KPCBAPI.hpp"
 #include "PdbText.h"
 #include "TestPaths.h"
+#include "TestSystem.h"
 
 using render_test::Bmp;
 using render_test::Color;
@@ -96,14 +96,14 @@ public:
 class Capture : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
-        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
+        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
         std::filesystem::copy_file(testing_support::SampleBoard(), boardFile);
         CString error;
         board = CPdbText::ReadFile(CString(testing_support::SampleBoard()), error);
         ASSERT_TRUE(board) << error.str();
     }
-    void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
+    void TearDown() override { testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL"); }
 
     // The picture of the viewer's current view; the title request that follows the
     // one-way capture returns once the viewer has served the capture.
