@@ -215,6 +215,20 @@ KPCBAPI_EXPORT int KPCB_ExportBitmap_CurrentImage(int pid, const char* path);
  * no liveness test (a dead instance shows as -5); -7. */
 KPCBAPI_EXPORT int KPCB_ExportPDBAscii(int pid, const char* path);
 
+/* ---- Design extraction ------------------------------------------------------
+ * The C forms of the extraction functions of KPCBAPIExtract.h (which says what each
+ * argument means): wide strings, null counting as empty. Results: 0 read and saved,
+ * 2 arguments refused, 3 the importer returned no board, 4 the save failed. */
+KPCBAPI_EXPORT int KPCB_ExtractPdbbFromAllegro(const wchar_t* saveFolder, const wchar_t* design, char kind,
+                                               const wchar_t* extra1, const wchar_t* extra2);
+KPCBAPI_EXPORT int KPCB_ExtractPdbbFromBoardDesigner(const wchar_t* saveFolder, const wchar_t* design, char firstLetter,
+                                                     char secondLetter, const wchar_t* option1, const wchar_t* option2,
+                                                     const wchar_t* option3, const wchar_t* option4);
+KPCBAPI_EXPORT int KPCB_ExtractPdbbFromMentor(const wchar_t* outputFile, const wchar_t* designFolder, int flag,
+                                              const wchar_t* unused);
+KPCBAPI_EXPORT int KPCB_ExtractPdbbFromZuken(const wchar_t* outputFile, const wchar_t* design, char letter,
+                                             const wchar_t* zlsFile);
+
 /* ---- Waiting -------------------------------------------------------------- */
 
 /* Limits every wait for a viewer's answer (query replies, the launch hello, the

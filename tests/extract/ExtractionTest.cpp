@@ -345,3 +345,20 @@ TEST_F(Extraction, SettingsAskForShiftJisPerFormat) {
     // The importers are handed their part of the settings.
     EXPECT_EQ(Received()["Convert"], "1");
 }
+
+// ---- The C forms ---------------------------------------------------------------------
+
+TEST_F(Extraction, CFormsPassWideTextAndNullAsEmpty) {
+    const std::string design = MakeFile("pws/board.pcb");
+    const std::wstring wideOut(out.begin(), out.end());
+    const std::wstring wideDesign(design.begin(), design.end());
+    EXPECT_EQ(KPCB_ExtractPdbbFromZuken((wideOut + L"/x.pdbb").c_str(), wideDesign.c_str(), 'a', nullptr), 0);
+    EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/a"}));
+    EXPECT_TRUE(fs::exists(out + "/board.pdbb"));
+
+    fs::remove(record);
+    EXPECT_EQ(KPCB_ExtractPdbbFromAllegro(nullptr, nullptr, 'a', nullptr, nullptr), 2);
+    EXPECT_EQ(KPCB_ExtractPdbbFromBoardDesigner(nullptr, nullptr, 'a', 's', nullptr, nullptr, nullptr, nullptr), 2);
+    EXPECT_EQ(KPCB_ExtractPdbbFromMentor(nullptr, nullptr, 1, nullptr), 2);
+    EXPECT_TRUE(Received().empty()) << "no importer runs for refused arguments";
+}

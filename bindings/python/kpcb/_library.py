@@ -30,6 +30,7 @@ c_int = ctypes.c_int
 c_double = ctypes.c_double
 c_ubyte = ctypes.c_ubyte
 c_void_p = ctypes.c_void_p
+c_char = ctypes.c_char  # one narrow character
 c_char_p = ctypes.c_char_p  # narrow text, encoded by the caller
 c_wchar_p = ctypes.c_wchar_p  # wide text
 p_int = ctypes.POINTER(c_int)
@@ -121,6 +122,12 @@ PROTOTYPES = {
     "KPCB_FreeString": (None, [c_void_p]),
     # waiting for answers
     "KPCB_SetReplyTimeout": (None, [c_int]),
+    # design extraction
+    "KPCB_ExtractPdbbFromAllegro": (c_int, [c_wchar_p, c_wchar_p, c_char, c_wchar_p, c_wchar_p]),
+    "KPCB_ExtractPdbbFromBoardDesigner": (c_int, [c_wchar_p, c_wchar_p, c_char, c_char, c_wchar_p, c_wchar_p,
+                                                  c_wchar_p, c_wchar_p]),
+    "KPCB_ExtractPdbbFromMentor": (c_int, [c_wchar_p, c_wchar_p, c_int, c_wchar_p]),
+    "KPCB_ExtractPdbbFromZuken": (c_int, [c_wchar_p, c_wchar_p, c_char, c_wchar_p]),
 }
 
 

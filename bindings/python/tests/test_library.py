@@ -94,6 +94,7 @@ C_TYPES = {
     "int": ctypes.c_int,
     "double": ctypes.c_double,
     "unsigned char": ctypes.c_ubyte,
+    "char": ctypes.c_char,
     "const char*": ctypes.c_char_p,
     "const wchar_t*": ctypes.c_wchar_p,
     "wchar_t*": ctypes.c_void_p,
