@@ -299,7 +299,7 @@ private:
 
     void DrawAreas() {
         for (int layer : m_farToNear) {
-            if (!Shown(layer) || !m_layers.IsCopperLayer(layer)) continue;
+            if (!Shown(layer)) continue;
             for (int i = 0; i < m_board.GetAreaCount(); ++i) {
                 const CPArea* area = m_board.GetArea(i);
                 if (area->GetLayer() != layer) continue;
