@@ -8,6 +8,7 @@ packages=(
   libgtest-dev googletest libgmock-dev libbenchmark-dev
   libboost-dev
   python3 valgrind
+  libcli11-dev
 )
 
 missing=()

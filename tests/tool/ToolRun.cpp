@@ -1,0 +1,37 @@
+#include "ToolRun.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "TestPaths.h"
+#include "platform.h"
+
+namespace tool_test {
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+}  // namespace
+
+std::string KpcbPath() {
+    return testing_support::BinDir() + platform::PathSeparator() + "kpcb" + platform::ExecutableSuffix();
+}
+
+ToolResult RunKpcb(const std::vector<std::string>& args, const std::string& cwd, const std::string& input) {
+    testing_support::TempDir streams;
+    const std::string in = streams / "in", out = streams / "out", err = streams / "err";
+    std::ofstream(in, std::ios::binary) << input;
+    ToolResult result;
+    result.status = RunProgram(KpcbPath(), args, cwd, in, out, err);
+    result.out = ReadAll(out);
+    result.err = ReadAll(err);
+    return result;
+}
+
+}  // namespace tool_test
