@@ -39,9 +39,11 @@ const char kHelp[] =
     "Environment:\n"
     "  KPCB_VIEWER_JOURNAL=<file>  append one line per record received\n"
     "\n"
-    "This build keeps the view state that commands set and answers every query with\n"
-    "a well-formed reply. Queries about the board's contents (pin counts, pitch,\n"
-    "placement, net pins, copper merge) answer error code 0 and zero values for now.\n";
+    "It keeps the view state that commands set, answers queries from the loaded\n"
+    "board (pin counts, pitch, placement, the pins of a net, the merged copper of a\n"
+    "net), keeps red marks in files, renders its view to a BMP on capture and writes\n"
+    "the board's text form on export. docs/viewer.md and docs/rendering.md in the\n"
+    "source tree describe every answer.\n";
 
 // The launching library creates the return slot only after this process started:
 // keep trying for a while, unless asked to close meanwhile.
