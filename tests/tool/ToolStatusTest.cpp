@@ -99,6 +99,25 @@ TEST_F(ToolStatus, RunningProcessThatIsNoViewer) {
     EXPECT_NE(exitForeign.err.find("this kpcb process did not launch it"), std::string::npos) << exitForeign.err;
 }
 
+// A command slot under this process's id that nobody reads: queries wait for an
+// answer that never comes, unless a time limit is set.
+TEST_F(ToolStatus, TimeoutEndsTheWaitForAViewerThatNeverAnswers) {
+    const std::string self = std::to_string(platform::CurrentProcessId());
+    const platform::SlotHandle slot = platform::CreateSlot("\\\\.\\mailslot\\KPCB\\RCIMR\\" + self);
+    ASSERT_NE(slot, platform::InvalidSlot());
+
+    const auto option = RunKpcb({"pin-count-ref", "--pid", self, "U1", "--timeout", "200"});
+    EXPECT_EQ(option.status, 5);
+    EXPECT_NE(option.err.find("kpcb: pin-count-ref: -7: no valid reply came from the viewer"), std::string::npos)
+        << option.err;
+
+    testing_support::SetEnv("KPCB_TIMEOUT", "200");
+    const auto environment = RunKpcb({"redmark-get-status", "--pid", self});
+    testing_support::UnsetEnv("KPCB_TIMEOUT");
+    EXPECT_EQ(environment.status, 5) << environment.err;
+    platform::CloseSlot(slot);
+}
+
 TEST_F(ToolStatus, ExtractionResultsHaveTheirOwnExitStatuses) {
     // An output folder that does not exist: the argument check refuses it (result 2).
     const auto refused = RunKpcb({"extract-zuken", dir / "missing-folder/out.pdbb", dir.path(), "a"});
@@ -109,8 +128,10 @@ TEST_F(ToolStatus, ExtractionResultsHaveTheirOwnExitStatuses) {
     // Arguments that pass, and no importer plug-in anywhere (result 3).
     testing_support::SetEnv("KPCB_IMPORTER_DIR", dir / "no-plug-ins");
     const auto noBoard = RunKpcb({"extract-zuken", dir / "out.pdbb", dir.path(), "a"});
+    const auto noBoardCpp = RunKpcb({"extract-zuken", "--cpp", dir / "out.pdbb", dir.path(), "a"});
     testing_support::UnsetEnv("KPCB_IMPORTER_DIR");
     EXPECT_EQ(noBoard.status, 11) << noBoard.err;
     EXPECT_NE(noBoard.err.find("kpcb: extract-zuken: 3: the importer gave no board database"), std::string::npos)
         << noBoard.err;
+    EXPECT_EQ(noBoardCpp.status, 11) << noBoardCpp.err;
 }

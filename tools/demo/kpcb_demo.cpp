@@ -161,6 +161,8 @@ int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
 
     std::printf("KPCBAPI demo\n  board:    %s\n  pictures: %s\n\n", board.c_str(), output.c_str());
+    // A viewer that stops answering ends a wait with -7 after 20 s rather than never.
+    KPCB_SetReplyTimeout(20000);
     std::printf("Launch\n");
     const int pid = KPCB_Launch_HideMode(Wide(board).c_str());
     if (pid <= 0) {

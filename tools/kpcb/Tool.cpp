@@ -27,7 +27,7 @@ std::string MeaningOf(int status, const Meanings& special) {
         case KPCB_SLOT_UNAVAILABLE:
             return "no viewer serves this process id (its command slot cannot be opened), "
                    "or another call is waiting for its answer";
-        case KPCB_NO_REPLY: return "no valid reply came from the viewer";
+        case KPCB_NO_REPLY: return "no valid reply came from the viewer (in time, when --timeout is set)";
         case KPCB_ERR_200:
         case KPCB_ERR_201:
         case KPCB_ERR_202: return "the viewer refused the request";
@@ -70,12 +70,18 @@ int Command::Fail(const std::string& message, int exitStatus) const {
 Tool::Tool(Session& session)
     : m_session(session), m_app("Drives KorbinPCB viewers through KPCBAPI: one subcommand per exported function.", "kpcb") {
     m_app.require_subcommand(1);
+    m_app.fallthrough();  // options of kpcb itself may follow the subcommand
+    m_timeoutOption = m_app.add_option("--timeout", m_timeout,
+                                       "limit every wait for a viewer's answer to this many milliseconds, after which "
+                                       "the call fails with -7; 0 waits for ever (KPCB_SetReplyTimeout)");
+    if (!session.inScript) m_timeoutOption->envname("KPCB_TIMEOUT");
     m_app.footer(
         "A viewer is named by its process id: --pid N, or KPCB_PID in the environment.\n"
         "A viewer launched by one kpcb call keeps running after it; only the process that launched\n"
         "it can close it with exit, so `kpcb run SCRIPT` launches, drives and closes within one call.\n"
         "Exit status: 0 done; 1 is-running: not running; 2 usage; 3 -4 not running; 4 -5 no slot;\n"
         "5 -7 no reply; 6 -200; 7 -201; 8 -202; 9 another code; 10-12 extraction results 2-4.\n"
+        "--timeout (or KPCB_TIMEOUT) limits the waits for a viewer's answers.\n"
         "Every subcommand takes --help.");
     AddLaunchCommands(*this);
     AddViewCommands(*this);
@@ -124,6 +130,7 @@ int Tool::Run(const std::vector<std::string>& args) {
     } catch (const CLI::ParseError& e) {
         return m_app.exit(e, out, err) == 0 ? kExitOk : kExitUsage;
     }
+    if (m_timeoutOption->count() > 0) KPCB_SetReplyTimeout(m_timeout);
     for (const auto& command : m_commands) {
         if (!command->parser()->parsed()) continue;
         try {

@@ -129,6 +129,8 @@ public:
 private:
     Session& m_session;
     CLI::App m_app;
+    int m_timeout = 0;
+    CLI::Option* m_timeoutOption = nullptr;
     std::string m_group;
     std::vector<std::unique_ptr<Command>> m_commands;
 };
