@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -12,6 +11,7 @@
 
 #include "KPCBAPI.hpp"
 #include "TestPaths.h"
+#include "TestSystem.h"
 #include "TextBoard.h"
 
 namespace viewer_board_test {
@@ -40,10 +40,10 @@ public:
 class BoardTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
-        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
+        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
     }
-    void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
+    void TearDown() override { testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL"); }
 
     void UseSample() {
         std::filesystem::copy_file(testing_support::SampleBoard(), boardFile);
