@@ -197,8 +197,8 @@ int FindLayerByEitherName(const CPdb& pdb, const std::string& name) {
     return byEcad ? byEcad->GetIndex() : -1;
 }
 
-CopperMergeResult MergeNetCopper(const CPdb& pdb, const std::string& netName, const std::vector<std::string>& layerNames,
-                                 double division) {
+CopperMergeResult MergeNetCopper(const CPdb& pdb, const std::string& netName,
+                                 const std::vector<std::string>& layerNames, double division) {
     CopperMergeResult result;
     std::set<int> layers;
     for (const std::string& name : layerNames) {

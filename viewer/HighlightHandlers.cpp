@@ -67,7 +67,8 @@ Answer Named(CKPRCI__Base& base, ViewerContext& context) {
     h.layers = ToStrings(record.GetSpecificLayerList());
     h.color = record.GetHighlightColor();
     context.view.highlights.push_back(h);
-    return Done(NamedVerdict(*context.board, h), "highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names));
+    return Done(NamedVerdict(*context.board, h),
+                "highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names));
 }
 
 Answer Color(CKPRCI__Base& base, ViewerContext& context) {

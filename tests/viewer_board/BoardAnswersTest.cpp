@@ -118,7 +118,8 @@ TEST_F(BoardTest, PlacementOfEveryComponentAndCountsOfListsAndParts) {
     EXPECT_EQ(bottom, expected[2]);
     EXPECT_EQ(other, expected[0] + 1);
 
-    const Comp& someTop = *std::find_if(text.comps.begin(), text.comps.end(), [](const Comp& c) { return c.side == "TOP"; });
+    const Comp& someTop =
+        *std::find_if(text.comps.begin(), text.comps.end(), [](const Comp& c) { return c.side == "TOP"; });
     const std::wstring twice = Wide(someTop.ref + "," + someTop.ref);
     EXPECT_EQ(KPCB_GetReferenceCountForPlace(viewer.pid, twice.c_str(), L",", &top, &bottom, &other, 0), 0);
     EXPECT_EQ(top, 2) << "a repeated name counts each time";

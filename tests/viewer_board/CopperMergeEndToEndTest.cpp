@@ -185,7 +185,8 @@ TEST_F(BoardTest, BiggestNetOnEveryLayerReadsBackConsistently) {
     // A failed run leaves no result.
     EXPECT_EQ(MergeRun(viewer.pid, copper, L"NO_SUCH_NET", 0, merged), -201);
     EXPECT_TRUE(merged.empty());
-    EXPECT_EQ(MergeRun(viewer.pid, {L"NO_SUCH_LAYER", L"SILK_TOP"}, L"GND", 0, merged), -202) << "no copper layer named";
+    EXPECT_EQ(MergeRun(viewer.pid, {L"NO_SUCH_LAYER", L"SILK_TOP"}, L"GND", 0, merged), -202)
+        << "no copper layer named";
     EXPECT_EQ(MergeRun(viewer.pid, {L"NO_SUCH_LAYER"}, L"NO_SUCH_NET", 0, merged), -202) << "layers are judged first";
     EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid), 0);
 }
