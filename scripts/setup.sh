@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake g++ clang libclang-rt-14-dev
   libgtest-dev googletest libgmock-dev libbenchmark-dev
-  libboost-dev
+  libboost-dev libzmq3-dev pkg-config
   python3 valgrind
   libcli11-dev
 )
