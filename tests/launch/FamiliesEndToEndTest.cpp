@@ -7,6 +7,7 @@
 
 #include "KPCBAPI.hpp"
 #include "TestPaths.h"
+#include "TestSystem.h"
 
 using testing_support::TempDir;
 
@@ -32,7 +33,7 @@ public:
 class EndToEnd : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
+        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
         std::filesystem::copy_file(testing_support::SampleBoard(), board);
     }
     TempDir dir;

@@ -1,10 +1,6 @@
 // Launch, liveness and exit against the real viewer process, and launch failures
 // with the shared library copied into folders laid out for each case.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -16,6 +12,7 @@
 #include "KPCBAPI.hpp"
 #include "SlotNames.h"
 #include "TestPaths.h"
+#include "TestSystem.h"
 #include "platform.h"
 
 namespace fs = std::filesystem;
@@ -52,40 +49,22 @@ bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 5000) {
     return true;
 }
 
-// Running reference viewers whose command line names this test's data folder.
-int ViewerCount();
-
-// No child of this process is left, running or as a zombie.
-bool NoChildren() {
-    int status;
-    return waitpid(-1, &status, WNOHANG) == -1 && errno == ECHILD;
-}
+using testing_support::NoChildren;
 
 std::string g_dataFolder;
 
-int ViewerCount() {
-    int count = 0;
-    for (const auto& entry : fs::directory_iterator("/proc")) {
-        const std::string name = entry.path().filename().string();
-        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-        std::ifstream cmdline(entry.path() / "cmdline");
-        std::string text((std::istreambuf_iterator<char>(cmdline)), std::istreambuf_iterator<char>());
-        if (text.find("-LAUNCH-FROM-KAPI") != std::string::npos && text.find(g_dataFolder) != std::string::npos &&
-            platform::ProcessExists(std::stoi(name)))
-            ++count;
-    }
-    return count;
-}
+// Running reference viewers whose command line names this test's data folder.
+int ViewerCount() { return testing_support::RunningProcessesWith("-LAUNCH-FROM-KAPI", g_dataFolder); }
 
 class LaunchTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", data.path().c_str(), 1);
-        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        testing_support::SetEnv("KPCB_DATA_DIR", data.path());
+        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
         g_dataFolder = data.path();
         std::filesystem::copy_file(testing_support::SampleBoard(), board);
     }
-    void TearDown() override { unsetenv("KPCB_VIEWER_JOURNAL"); }
+    void TearDown() override { testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL"); }
 
     TempDir data;
     std::string journal = data / "journal.txt";
@@ -95,36 +74,38 @@ protected:
 // A copy of the shared library in a folder of its own, with chosen viewer files beside it.
 class LibraryCopy {
 public:
-    LibraryCopy() {
-        fs::copy_file(testing_support::BinDir() + "/libKPCBAPIDLL.so", dir / "libKPCBAPIDLL.so");
+    LibraryCopy() { fs::copy_file(testing_support::BinDir() + "/" + kLibraryFile, dir / kLibraryFile); }
+    ~LibraryCopy() { platform::UnloadModule(handle); }
+    // A viewer program under another name (without the system's executable suffix).
+    void AddViewer(const std::string& name) {
+        const std::string suffix = platform::ExecutableSuffix();
+        fs::copy_file(testing_support::BinDir() + "/KorbinPCB" + suffix, dir / (name + suffix));
     }
-    ~LibraryCopy() {
-        if (handle) dlclose(handle);
-    }
-    void AddViewer(const std::string& name) { fs::copy_file(testing_support::BinDir() + "/KorbinPCB", dir / name); }
-    void AddFile(const std::string& name, unsigned mode) {
-        std::ofstream(dir / name) << "not a program\n";
-        chmod((dir / name).c_str(), mode);
+    // A file that is not a program, under a viewer's name.
+    void AddFile(const std::string& name, fs::perms mode) {
+        const std::string path = dir / (name + platform::ExecutableSuffix());
+        std::ofstream(path) << "not a program\n";
+        fs::permissions(path, mode);
     }
     int Launch(const std::string& file) {
-        if (!handle) handle = dlopen((dir / "libKPCBAPIDLL.so").c_str(), RTLD_NOW | RTLD_LOCAL);
-        EXPECT_NE(handle, nullptr) << dlerror();
-        auto launch = reinterpret_cast<int (*)(const wchar_t*)>(dlsym(handle, "KPCB_Launch"));
+        if (!handle) handle = platform::LoadModule(dir / kLibraryFile);
+        EXPECT_NE(handle, nullptr);
+        auto launch = reinterpret_cast<int (*)(const wchar_t*)>(platform::ModuleSymbol(handle, "KPCB_Launch"));
         const std::wstring wide(file.begin(), file.end());
         return launch(wide.c_str());
     }
     int Exit(int pid, int wait) {
-        auto exit = reinterpret_cast<int (*)(int, int)>(dlsym(handle, "KPCB_Exit"));
+        auto exit = reinterpret_cast<int (*)(int, int)>(platform::ModuleSymbol(handle, "KPCB_Exit"));
         return exit(pid, wait);
     }
 
+    static constexpr const char* kLibraryFile = KPCB_CLIENT_LIBRARY_FILE;
     TempDir dir;
     void* handle = nullptr;
 };
 
-std::string ExecutableOf(int pid) {
-    return fs::read_symlink("/proc/" + std::to_string(pid) + "/exe").filename().string();
-}
+// A viewer's executable file name.
+std::string ViewerFile(const std::string& name) { return name + platform::ExecutableSuffix(); }
 
 }  // namespace
 
@@ -211,7 +192,8 @@ TEST_F(LaunchTest, NoViewerBesideTheLibraryIsMinus201) {
 
 TEST_F(LaunchTest, ViewerThatCannotBeStartedIsMinus202) {
     LibraryCopy copy;
-    copy.AddFile("KorbinPCB", 0644);
+    copy.AddFile("KorbinPCB", fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read |
+                                 fs::perms::others_read);
     EXPECT_EQ(copy.Launch(board), KPCB_ERR_202);
     EXPECT_TRUE(NoChildren());
 }
@@ -222,7 +204,7 @@ TEST_F(LaunchTest, ViewerNamesAreTriedInOrder) {
         copy.AddViewer("KorbinPCB_n");
         const int pid = copy.Launch(board);
         ASSERT_GT(pid, 0);
-        EXPECT_EQ(ExecutableOf(pid), "KorbinPCB_n");
+        EXPECT_EQ(testing_support::ExecutableNameOf(pid), ViewerFile("KorbinPCB_n"));
         EXPECT_EQ(copy.Exit(pid, 1), 0);
     }
     {
@@ -231,19 +213,9 @@ TEST_F(LaunchTest, ViewerNamesAreTriedInOrder) {
         copy.AddViewer("KorbinPCB_l");
         const int pid = copy.Launch(board);
         ASSERT_GT(pid, 0);
-        EXPECT_EQ(ExecutableOf(pid), "KorbinPCB_l");
+        EXPECT_EQ(testing_support::ExecutableNameOf(pid), ViewerFile("KorbinPCB_l"));
         EXPECT_EQ(copy.Exit(pid, 1), 0);
     }
-}
-
-TEST_F(LaunchTest, CallerSignalHandlersAreUntouched) {
-    struct sigaction before{}, after{};
-    sigaction(SIGCHLD, nullptr, &before);
-    const int pid = KPCB_Launch(CString(board), 1);
-    ASSERT_GT(pid, 0);
-    KPCB_Exit(pid, 1);
-    sigaction(SIGCHLD, nullptr, &after);
-    EXPECT_EQ(before.sa_handler, after.sa_handler);
 }
 
 TEST_F(LaunchTest, BusyReturnSlotIsMinusFiveAndLeavesNoViewerBehind) {

@@ -18,6 +18,10 @@ bool NoChildren();
 // The file name (no folder) of the program that a running process executes.
 std::string ExecutableNameOf(int pid);
 
+// How many running processes were started with a command line that holds both
+// pieces of text.
+int RunningProcessesWith(const std::string& text, const std::string& more);
+
 // True when the tests run under Wine rather than on the system they were built for.
 bool RunningUnderWine();
 

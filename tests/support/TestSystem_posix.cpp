@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "TestSystem.h"
 
@@ -21,6 +23,23 @@ bool NoChildren() {
 std::string ExecutableNameOf(int pid) {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", error).filename().string();
+}
+
+int RunningProcessesWith(const std::string& text, const std::string& more) {
+    int count = 0;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+        const std::string name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        std::ifstream cmdline(entry.path() / "cmdline");
+        const std::string line((std::istreambuf_iterator<char>(cmdline)), std::istreambuf_iterator<char>());
+        if (line.find(text) == std::string::npos || line.find(more) == std::string::npos) continue;
+        std::ifstream stat(entry.path() / "stat");
+        const std::string status((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
+        const size_t close = status.rfind(')');
+        if (close != std::string::npos && close + 2 < status.size() && status[close + 2] != 'Z') ++count;
+    }
+    return count;
 }
 
 bool RunningUnderWine() { return false; }

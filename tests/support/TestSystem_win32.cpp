@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <tlhelp32.h>
+#include <winternl.h>
 
 #include <cstdlib>
 #include <functional>
@@ -20,6 +21,30 @@ void ForEachProcess(const std::function<bool(const PROCESSENTRY32&)>& visit) {
     for (BOOL more = Process32First(snapshot, &entry); more && visit(entry); more = Process32Next(snapshot, &entry)) {
     }
     CloseHandle(snapshot);
+}
+
+// The command line of another process, read from its process parameters block.
+std::string CommandLineOf(DWORD pid) {
+    const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+    if (!process) return std::string();
+    std::string line;
+    PROCESS_BASIC_INFORMATION basic{};
+    PEB peb{};
+    RTL_USER_PROCESS_PARAMETERS parameters{};
+    ULONG size = 0;
+    if (NtQueryInformationProcess(process, ProcessBasicInformation, &basic, sizeof(basic), &size) >= 0 &&
+        ReadProcessMemory(process, basic.PebBaseAddress, &peb, sizeof(peb), nullptr) &&
+        ReadProcessMemory(process, peb.ProcessParameters, &parameters, sizeof(parameters), nullptr)) {
+        std::wstring wide(parameters.CommandLine.Length / sizeof(wchar_t), L'\0');
+        if (!wide.empty() &&
+            ReadProcessMemory(process, parameters.CommandLine.Buffer, &wide[0], parameters.CommandLine.Length, nullptr)) {
+            const int n = WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+            line.assign(static_cast<size_t>(n > 0 ? n : 0), '\0');
+            if (n > 0) WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), &line[0], n, nullptr, nullptr);
+        }
+    }
+    CloseHandle(process);
+    return line;
 }
 
 }  // namespace
@@ -54,6 +79,16 @@ std::string ExecutableNameOf(int pid) {
     });
     const size_t cut = name.find_last_of("\\/");
     return cut == std::string::npos ? name : name.substr(cut + 1);
+}
+
+int RunningProcessesWith(const std::string& text, const std::string& more) {
+    int count = 0;
+    ForEachProcess([&](const PROCESSENTRY32& entry) {
+        const std::string line = CommandLineOf(entry.th32ProcessID);
+        if (line.find(text) != std::string::npos && line.find(more) != std::string::npos) ++count;
+        return true;
+    });
+    return count;
 }
 
 bool RunningUnderWine() {
