@@ -5,7 +5,10 @@
 #include "../platform/platform.h"
 
 CArchive::CArchive(CFile* file, UINT mode, int bufferSize)
-    : m_file(file), m_loading((mode & load) != 0), m_buffer(static_cast<size_t>(std::max(bufferSize, 128))) {}
+    : m_file(file),
+      m_loading((mode & load) != 0),
+      m_buffer(new BYTE[static_cast<size_t>(std::max(bufferSize, 128))]),
+      m_bufferSize(static_cast<size_t>(std::max(bufferSize, 128))) {}
 
 CArchive::~CArchive() {
     try {
@@ -15,7 +18,7 @@ CArchive::~CArchive() {
 }
 
 void CArchive::FlushStore() {
-    if (m_cursor) m_file->Write(m_buffer.data(), static_cast<UINT>(m_cursor));
+    if (m_cursor) m_file->Write(m_buffer.get(), static_cast<UINT>(m_cursor));
     m_cursor = 0;
 }
 
@@ -38,7 +41,7 @@ void CArchive::Close() {
 void CArchive::Write(const void* data, size_t count) {
     if (m_loading) throw CArchiveException(CArchiveException::badIndex);
     const BYTE* bytes = static_cast<const BYTE*>(data);
-    if (count >= m_buffer.size()) {  // large blocks go straight to the file
+    if (count >= m_bufferSize) {  // large blocks go straight to the file
         FlushStore();
         while (count) {
             const UINT chunk = static_cast<UINT>(std::min<size_t>(count, 0x40000000));
@@ -48,8 +51,8 @@ void CArchive::Write(const void* data, size_t count) {
         }
         return;
     }
-    if (m_cursor + count > m_buffer.size()) FlushStore();
-    std::memcpy(m_buffer.data() + m_cursor, bytes, count);
+    if (m_cursor + count > m_bufferSize) FlushStore();
+    std::memcpy(m_buffer.get() + m_cursor, bytes, count);
     m_cursor += count;
 }
 
@@ -58,13 +61,13 @@ void CArchive::Read(void* data, size_t count) {
     BYTE* out = static_cast<BYTE*>(data);
     const size_t buffered = std::min(count, m_filled - m_cursor);
     if (buffered) {
-        std::memcpy(out, m_buffer.data() + m_cursor, buffered);
+        std::memcpy(out, m_buffer.get() + m_cursor, buffered);
         m_cursor += buffered;
         out += buffered;
         count -= buffered;
     }
     if (!count) return;
-    if (count >= m_buffer.size()) {  // large blocks come straight from the file
+    if (count >= m_bufferSize) {  // large blocks come straight from the file
         while (count) {
             const UINT chunk = static_cast<UINT>(std::min<size_t>(count, 0x40000000));
             const UINT got = m_file->Read(out, chunk);
@@ -74,13 +77,13 @@ void CArchive::Read(void* data, size_t count) {
         }
         return;
     }
-    m_filled = m_file->Read(m_buffer.data(), static_cast<UINT>(m_buffer.size()));
+    m_filled = m_file->Read(m_buffer.get(), static_cast<UINT>(m_bufferSize));
     m_cursor = 0;
     if (m_filled < count) {
         m_cursor = m_filled;
         throw CArchiveException(CArchiveException::endOfFile);
     }
-    std::memcpy(out, m_buffer.data(), count);
+    std::memcpy(out, m_buffer.get(), count);
     m_cursor = count;
 }
 

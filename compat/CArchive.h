@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstring>
+#include <memory>
 #include <type_traits>
 #include <vector>
 
@@ -64,7 +65,10 @@ private:
     CFile* m_file;
     bool m_loading;
     bool m_closed = false;
-    std::vector<BYTE> m_buffer;
+    // Not zero-filled: an archive lives for one record, and only bytes it has put
+    // there are ever read back.
+    std::unique_ptr<BYTE[]> m_buffer;
+    size_t m_bufferSize;
     size_t m_cursor = 0;  // load: next byte to hand out; store: bytes held
     size_t m_filled = 0;  // load: bytes held
 };

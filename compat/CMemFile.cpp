@@ -1,22 +1,47 @@
 #include "CMemFile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <limits>
+#include <new>
 
 #include "CException.h"
 
+CMemFile::~CMemFile() { std::free(m_buffer); }
+
 void CMemFile::Reserve(ULONGLONG length) {
-    if (length <= m_buffer.size()) return;
+    if (length <= m_capacity) return;
+    if (length > std::numeric_limits<size_t>::max() / 2) throw std::bad_alloc();
     // Grow in whole steps, doubling for large files so that a stream of writes stays linear.
-    ULONGLONG target = std::max<ULONGLONG>(length, m_buffer.size() * 2);
+    ULONGLONG target = std::max<ULONGLONG>(length, static_cast<ULONGLONG>(m_capacity) * 2);
     target = (target + m_growBytes - 1) / m_growBytes * m_growBytes;
-    m_buffer.resize(static_cast<size_t>(target));
+    const size_t size = static_cast<size_t>(target);
+    if (m_length == 0) {
+        // Nothing to keep: a fresh zeroed block (large ones arrive zeroed without a write).
+        BYTE* fresh = static_cast<BYTE*>(std::calloc(size, 1));
+        if (!fresh) throw std::bad_alloc();
+        std::free(m_buffer);
+        m_buffer = fresh;
+        m_untouched = 0;
+    } else {
+        BYTE* grown = static_cast<BYTE*>(std::realloc(m_buffer, size));
+        if (!grown) throw std::bad_alloc();
+        m_buffer = grown;
+        m_untouched = size;  // the new part holds whatever realloc left there
+    }
+    m_capacity = size;
+}
+
+void CMemFile::ZeroRange(ULONGLONG from, ULONGLONG to) {
+    const ULONGLONG end = std::min<ULONGLONG>(to, m_untouched);
+    if (end > from) std::memset(m_buffer + from, 0, static_cast<size_t>(end - from));
 }
 
 UINT CMemFile::Read(void* buffer, UINT count) {
     if (m_position >= m_length || count == 0) return 0;
     const UINT n = static_cast<UINT>(std::min<ULONGLONG>(count, m_length - m_position));
-    std::memcpy(buffer, m_buffer.data() + m_position, n);
+    std::memcpy(buffer, m_buffer + m_position, n);
     m_position += n;
     return n;
 }
@@ -25,8 +50,9 @@ void CMemFile::Write(const void* buffer, UINT count) {
     if (count == 0) return;
     const ULONGLONG end = m_position + count;
     Reserve(end);
-    if (m_position > m_length) std::memset(m_buffer.data() + m_length, 0, static_cast<size_t>(m_position - m_length));
-    std::memcpy(m_buffer.data() + m_position, buffer, count);
+    if (m_position > m_length) ZeroRange(m_length, m_position);
+    std::memcpy(m_buffer + m_position, buffer, count);
+    m_untouched = std::max<size_t>(m_untouched, static_cast<size_t>(end));
     m_position = end;
     m_length = std::max(m_length, end);
 }
@@ -43,7 +69,7 @@ ULONGLONG CMemFile::Seek(int64_t offset, UINT from) {
 
 void CMemFile::SetLength(ULONGLONG length) {
     Reserve(length);
-    if (length > m_length) std::memset(m_buffer.data() + m_length, 0, static_cast<size_t>(length - m_length));
+    if (length > m_length) ZeroRange(m_length, length);
     m_length = length;
     m_position = std::min(m_position, m_length);
 }
@@ -53,9 +79,11 @@ UINT CMemFile::GetBufferPtr(UINT command, UINT count, void** start, void** max) 
     if (command != bufferRead && command != bufferWrite) return 0;
     const UINT n = static_cast<UINT>(std::min<ULONGLONG>(count, m_length > m_position ? m_length - m_position : 0));
     // Past the end (after a seek) there is nothing to hand out: point at the end.
-    BYTE* at = m_buffer.empty() ? nullptr : m_buffer.data() + std::min(m_position, m_length);
+    BYTE* at = m_capacity == 0 ? nullptr : m_buffer + std::min(m_position, m_length);
     if (start) *start = at;
     if (max) *max = at + n;
+    // The caller may write into what it was handed.
+    if (n) m_untouched = std::max<size_t>(m_untouched, static_cast<size_t>(std::min(m_position, m_length) + n));
     m_position += n;
     return n;
 }

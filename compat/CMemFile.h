@@ -1,7 +1,15 @@
 // In-memory file: the body of every frame. Length and contents live in one
 // growable buffer; GetBufferPtr hands out that buffer for direct reads and writes.
+//
+// Frames reach many megabytes, so the buffer is plain heap memory: it grows with
+// realloc (the system can move large blocks without copying them) and is never
+// zero-filled ahead of use. Bytes that SetLength or a write past the end expose are
+// zeros, as always; a fresh block comes zeroed from the allocator (calloc), and the
+// file remembers from where on its block is still untouched, so those bytes are not
+// written twice.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -26,6 +34,9 @@ public:
 class CMemFile : public CFile {
 public:
     explicit CMemFile(UINT growBytes = 1024) : m_growBytes(growBytes ? growBytes : 1024) {}
+    ~CMemFile() override;
+    CMemFile(const CMemFile&) = delete;
+    CMemFile& operator=(const CMemFile&) = delete;
 
     UINT Read(void* buffer, UINT count) override;
     void Write(const void* buffer, UINT count) override;
@@ -42,8 +53,12 @@ public:
 
 private:
     void Reserve(ULONGLONG length);
+    // Makes [from, to) zeros, skipping what is still untouched.
+    void ZeroRange(ULONGLONG from, ULONGLONG to);
 
-    std::vector<BYTE> m_buffer;
+    BYTE* m_buffer = nullptr;
+    size_t m_capacity = 0;
+    size_t m_untouched = 0;  // every byte from here to m_capacity is zero
     ULONGLONG m_length = 0;
     ULONGLONG m_position = 0;
     UINT m_growBytes;

@@ -8,12 +8,15 @@
 FrameResult ReceiveFrameWithin(CMailslot& slot, CMemFile& file, int waitMs, int payloadWaitMs) {
     uint32_t size = 0;
     if (!platform::PeekSlotMessageSize(slot.GetHandle(), waitMs, &size)) return FrameResult::Nothing;
-    std::vector<unsigned char> first(size ? size : 1);
+    // The first message should be the 4-byte length; anything else is read whole and dropped.
+    unsigned char small[16];
+    std::vector<unsigned char> large(size > sizeof(small) ? size : 0);
+    unsigned char* first = large.empty() ? small : large.data();
     uint32_t read = 0;
-    if (!platform::ReadSlot(slot.GetHandle(), first.data(), size, &read)) return FrameResult::Malformed;
+    if (!platform::ReadSlot(slot.GetHandle(), first, size, &read)) return FrameResult::Malformed;
     if (read != 4) return FrameResult::Malformed;
     uint32_t length;
-    std::memcpy(&length, first.data(), 4);
+    std::memcpy(&length, first, 4);
     file.SetLength(0);
     file.SeekToBegin();
     if (length == 0) return FrameResult::Frame;

@@ -71,8 +71,10 @@ bool CloseRequested() { return g_closeRequested != 0; }
 
 int CurrentProcessId() { return static_cast<int>(getpid()); }
 
-bool ProcessExists(int pid) {
-    if (pid <= 0) return false;
+namespace {
+// The state letter of /proc/<pid>/stat: the whole truth, but the kernel assembles
+// fifty fields to print it.
+bool StateIsLive(int pid) {
     char path[64];
     std::snprintf(path, sizeof(path), "/proc/%d/stat", pid);
     const int fd = open(path, O_RDONLY | O_CLOEXEC);
@@ -87,6 +89,21 @@ bool ProcessExists(int pid) {
     if (!close || close[1] != ' ') return false;
     const char state = close[2];
     return state != 'Z' && state != 'X' && state != 'x';
+}
+}  // namespace
+
+bool ProcessExists(int pid) {
+    if (pid <= 0) return false;
+    // A process whose executable can still be named has not ended: a zombie (or a task
+    // on its way out) has given back its memory, and the executable with it. Naming it
+    // is one call where the state letter takes three and fifty fields of formatting;
+    // whenever it cannot be named (ended, a kernel thread, someone else's process) the
+    // state letter decides, so the answer is always the state letter's.
+    char path[64];
+    std::snprintf(path, sizeof(path), "/proc/%d/exe", pid);
+    char target[256];
+    if (readlink(path, target, sizeof(target)) > 0) return true;
+    return StateIsLive(pid);
 }
 
 int StartProcess(const std::string& exe, const std::string& /*commandLine*/, const std::vector<std::string>& args) {

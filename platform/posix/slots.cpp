@@ -1,9 +1,16 @@
 // Mailslots as AF_UNIX datagram sockets in the abstract namespace. Messages too
 // large for one datagram travel as a sealed memfd inside a small envelope datagram.
+//
+// Reading costs system calls, and on a loaded machine every one counts: a read side
+// remembers the head of its queue from the peek that sized it, so the read that
+// follows consumes it without peeking again (nobody else reads the socket); a wait
+// without a time limit peeks blocking instead of polling first, and a wait with one
+// looks before it polls.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -16,9 +23,19 @@
 namespace platform {
 namespace {
 
+// What the head of a slot's queue holds.
+struct Head {
+    uint32_t size = 0;      // the message's size as the reader sees it
+    bool envelope = false;  // the bytes are in a passed memfd
+};
+
 struct Slot {
     int fd;
-    int timeoutMs;  // 0: wait for ever
+    int timeoutMs;          // 0: wait for ever
+    uid_t owner;            // read side: whose messages it accepts (its creator's user)
+    bool headKnown;         // read side: head describes the message at the head of the queue
+    Head head;
+    int receiveTimeoutMs;   // the socket's SO_RCVTIMEO in milliseconds, 0 for none
 };
 
 constexpr char kEnvelopeMagic[8] = {'K', 'P', 'C', 'B', 'M', 'F', 'D', '1'};
@@ -39,19 +56,13 @@ bool MakeAddress(const std::string& name, sockaddr_un& address, socklen_t& lengt
     return true;
 }
 
-// What the head of a slot's queue holds.
-struct Head {
-    uint32_t size = 0;      // the message's size as the reader sees it
-    bool envelope = false;  // the bytes are in a passed memfd
-};
-
 struct Control {
     alignas(cmsghdr) char bytes[CMSG_SPACE(sizeof(ucred)) + CMSG_SPACE(sizeof(int) * kMaxPassedFds)];
 };
 
 // Walks a received control block: closes every passed descriptor except the first,
 // which is returned in firstFd (or closed too when firstFd is null).
-void TakeControl(msghdr& message, bool& fromOwnUser, int* firstFd, size_t* fdCount) {
+void TakeControl(msghdr& message, uid_t owner, bool& fromOwnUser, int* firstFd, size_t* fdCount) {
     fromOwnUser = false;
     if (firstFd) *firstFd = -1;
     size_t count = 0;
@@ -60,7 +71,7 @@ void TakeControl(msghdr& message, bool& fromOwnUser, int* firstFd, size_t* fdCou
         if (c->cmsg_type == SCM_CREDENTIALS && c->cmsg_len >= CMSG_LEN(sizeof(ucred))) {
             ucred credentials;
             std::memcpy(&credentials, CMSG_DATA(c), sizeof(credentials));
-            fromOwnUser = credentials.uid == getuid();
+            fromOwnUser = credentials.uid == owner;
         } else if (c->cmsg_type == SCM_RIGHTS) {
             const size_t n = (c->cmsg_len - CMSG_LEN(0)) / sizeof(int);
             for (size_t i = 0; i < n; ++i) {
@@ -75,7 +86,9 @@ void TakeControl(msghdr& message, bool& fromOwnUser, int* firstFd, size_t* fdCou
     if (fdCount) *fdCount = count;
 }
 
-ssize_t ReceiveMessage(int fd, void* data, size_t capacity, int flags, Control& control, msghdr& message) {
+// A signal restarts a waiting receive unless interruptible is set.
+ssize_t ReceiveMessage(int fd, void* data, size_t capacity, int flags, Control& control, msghdr& message,
+                       bool interruptible = false) {
     iovec io{data, capacity};
     std::memset(&message, 0, sizeof(message));
     message.msg_iov = &io;
@@ -85,18 +98,19 @@ ssize_t ReceiveMessage(int fd, void* data, size_t capacity, int flags, Control& 
     ssize_t n;
     do {
         n = recvmsg(fd, &message, flags | MSG_CMSG_CLOEXEC);
-    } while (n < 0 && errno == EINTR && !(flags & MSG_DONTWAIT));
+    } while (n < 0 && errno == EINTR && !(flags & MSG_DONTWAIT) && !interruptible);
     return n;
 }
 
 // Drops the message at the head of the queue, closing anything it carried.
-void DropHead(int fd) {
+void DropHead(Slot* slot) {
+    slot->headKnown = false;
     char scratch[1];
     Control control;
     msghdr message;
-    if (ReceiveMessage(fd, scratch, sizeof(scratch), MSG_TRUNC, control, message) >= 0) {
+    if (ReceiveMessage(slot->fd, scratch, sizeof(scratch), MSG_TRUNC, control, message) >= 0) {
         bool own;
-        TakeControl(message, own, nullptr, nullptr);
+        TakeControl(message, slot->owner, own, nullptr, nullptr);
     }
 }
 
@@ -113,45 +127,85 @@ bool WaitReadable(int fd, int timeoutMs, bool interruptible) {
 }
 
 enum class PeekResult { Message, Empty, Error };
+enum class Wait { No, Block, BlockInterruptible };
 
-// Looks at the next message from our own user without waiting, dropping any from other users.
-PeekResult PeekHead(int fd, Head& head) {
+// Looks at the next message from our own user, dropping any from other users, and
+// remembers it as the slot's head. Wait::No returns Empty at once when nothing is
+// there; the blocking forms wait as long as the socket's receive time-out allows
+// (Empty when it passes), and the interruptible one also ends (Error) on a signal.
+PeekResult PeekHead(Slot* slot, Wait wait) {
+    const int fd = slot->fd;
     for (;;) {
         unsigned char probe[kEnvelopeSize];
         Control control;
         msghdr message;
-        const ssize_t n = ReceiveMessage(fd, probe, sizeof(probe), MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT, control, message);
-        if (n < 0) return errno == EAGAIN || errno == EINTR ? PeekResult::Empty : PeekResult::Error;
+        const ssize_t n = ReceiveMessage(fd, probe, sizeof(probe),
+                                         MSG_PEEK | MSG_TRUNC | (wait == Wait::No ? MSG_DONTWAIT : 0), control, message,
+                                         wait == Wait::BlockInterruptible);
+        if (n < 0) {
+            if (errno == EAGAIN || errno == EWOULDBLOCK) return PeekResult::Empty;
+            return wait == Wait::No && errno == EINTR ? PeekResult::Empty : PeekResult::Error;
+        }
         bool own = false;
         size_t fdCount = 0;
-        TakeControl(message, own, nullptr, &fdCount);
+        TakeControl(message, slot->owner, own, nullptr, &fdCount);
         if (!own) {
-            DropHead(fd);
+            DropHead(slot);
             continue;
         }
+        Head& head = slot->head;
         head = Head{};
         if (fdCount == 1 && static_cast<size_t>(n) == kEnvelopeSize && std::memcmp(probe, kEnvelopeMagic, 8) == 0) {
             uint64_t length;
             std::memcpy(&length, probe + 8, sizeof(length));
-            if (length > 0xFFFFFFFFull) { DropHead(fd); continue; }
+            if (length > 0xFFFFFFFFull) { DropHead(slot); continue; }
             head.envelope = true;
             head.size = static_cast<uint32_t>(length);
         } else {
             head.size = static_cast<uint32_t>(n);
         }
+        slot->headKnown = true;
         return PeekResult::Message;
     }
 }
 
-bool ReadEnvelope(int fd, void* data, uint32_t size) {
-    unsigned char envelope[kEnvelopeSize];
-    Control control;
-    msghdr message;
-    if (ReceiveMessage(fd, envelope, sizeof(envelope), 0, control, message) < 0) return false;
-    bool own;
-    int memFd = -1;
-    TakeControl(message, own, &memFd, nullptr);
-    if (memFd < 0) return false;
+// Gives the socket's blocking receives a time limit (0: none), unless they have it already.
+bool SetReceiveTimeout(Slot* slot, int timeoutMs) {
+    if (slot->receiveTimeoutMs == timeoutMs) return true;
+    timeval limit{timeoutMs / 1000, (timeoutMs % 1000) * 1000};
+    if (setsockopt(slot->fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit)) != 0) return false;
+    slot->receiveTimeoutMs = timeoutMs;
+    return true;
+}
+
+// Advises huge pages for the whole 2 MiB pages inside a large buffer that is about to
+// be filled: fresh memory then costs one fault per 2 MiB instead of one per 4 KiB.
+void AdviseHugePages(void* data, size_t size) {
+    constexpr uintptr_t kHuge = uintptr_t{2} << 20;
+    const uintptr_t begin = (reinterpret_cast<uintptr_t>(data) + kHuge - 1) & ~(kHuge - 1);
+    const uintptr_t end = (reinterpret_cast<uintptr_t>(data) + size) & ~(kHuge - 1);
+    if (end > begin) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+}
+
+// Copies the first size bytes of a passed memfd into data. A large one that is sealed
+// against shrinking (so that a mapping cannot lose pages under the copy) is mapped and
+// copied at once: reading shared memory through read() costs several times a copy.
+bool CopyOut(int memFd, void* data, uint32_t size) {
+    constexpr uint32_t kMapAtLeast = 1u << 20;
+    if (size >= kMapAtLeast) {
+        struct stat status;
+        const int seals = fcntl(memFd, F_GET_SEALS);
+        if (seals >= 0 && (seals & F_SEAL_SHRINK) && fstat(memFd, &status) == 0 &&
+            status.st_size >= static_cast<off_t>(size)) {
+            void* view = mmap(nullptr, size, PROT_READ, MAP_SHARED, memFd, 0);
+            if (view != MAP_FAILED) {
+                AdviseHugePages(data, size);
+                std::memcpy(data, view, size);
+                munmap(view, size);
+                return true;
+            }
+        }
+    }
     uint32_t done = 0;
     while (done < size) {
         const ssize_t r = pread(memFd, static_cast<char*>(data) + done, size - done, done);
@@ -159,8 +213,22 @@ bool ReadEnvelope(int fd, void* data, uint32_t size) {
         if (r <= 0) break;
         done += static_cast<uint32_t>(r);
     }
-    close(memFd);
     return done == size;
+}
+
+bool ReadEnvelope(Slot* slot, void* data, uint32_t size) {
+    slot->headKnown = false;
+    unsigned char envelope[kEnvelopeSize];
+    Control control;
+    msghdr message;
+    if (ReceiveMessage(slot->fd, envelope, sizeof(envelope), 0, control, message) < 0) return false;
+    bool own;
+    int memFd = -1;
+    TakeControl(message, slot->owner, own, &memFd, nullptr);
+    if (memFd < 0) return false;
+    const bool ok = CopyOut(memFd, data, size);
+    close(memFd);
+    return ok;
 }
 
 bool SendEnvelope(int fd, const void* data, uint32_t count) {
@@ -216,7 +284,7 @@ SlotHandle CreateSlot(const std::string& name) {
         close(fd);
         return InvalidSlot();
     }
-    Slot* slot = new (std::nothrow) Slot{fd, 0};
+    Slot* slot = new (std::nothrow) Slot{fd, 0, getuid(), false, Head{}, 0};
     if (!slot) { close(fd); return InvalidSlot(); }
     return slot;
 }
@@ -232,7 +300,7 @@ SlotHandle OpenSlot(const std::string& name) {
         r = connect(fd, reinterpret_cast<sockaddr*>(&address), length);
     } while (r != 0 && errno == EINTR);
     if (r != 0) { close(fd); return InvalidSlot(); }
-    Slot* slot = new (std::nothrow) Slot{fd, 0};
+    Slot* slot = new (std::nothrow) Slot{fd, 0, 0, false, Head{}, 0};  // a write side reads nothing
     if (!slot) { close(fd); return InvalidSlot(); }
     return slot;
 }
@@ -258,14 +326,37 @@ bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* wr
 namespace {
 // Waits for the next message of our own user and describes it. interruptible: a
 // signal ends the wait (the viewer's close request); timeoutMs < 0 waits for ever.
+//
+// A head remembered from an earlier peek answers at once. Otherwise one blocking peek
+// does the waiting when the socket's receive time-out is already the one wanted (a
+// server that waits the same way each time); else a look without waiting comes first,
+// as the message is often there already, and only then the time-out is changed.
 bool WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
-    for (;;) {
-        if (!WaitReadable(slot->fd, timeoutMs, interruptible)) return false;
-        const PeekResult r = PeekHead(slot->fd, head);
-        if (r == PeekResult::Error) return false;
-        if (r == PeekResult::Message) return true;
-        // Empty: only a stranger's message was there; wait again.
+    if (!slot->headKnown) {
+        const int limit = timeoutMs < 0 ? 0 : timeoutMs;
+        const Wait block = interruptible ? Wait::BlockInterruptible : Wait::Block;
+        PeekResult r = PeekResult::Empty;
+        if (timeoutMs != 0 && slot->receiveTimeoutMs == limit) {
+            r = PeekHead(slot, block);
+        } else {
+            r = PeekHead(slot, Wait::No);
+            if (r == PeekResult::Empty && timeoutMs != 0) {
+                if (SetReceiveTimeout(slot, limit)) {
+                    r = PeekHead(slot, block);
+                } else {
+                    // Without a receive time-out: wait for readiness, then look.
+                    while (r == PeekResult::Empty && WaitReadable(slot->fd, timeoutMs, interruptible))
+                        r = PeekHead(slot, Wait::No);
+                }
+            }
+        }
+        if (r != PeekResult::Message) {
+            if (r == PeekResult::Empty) errno = ETIMEDOUT;
+            return false;
+        }
     }
+    head = slot->head;
+    return true;
 }
 
 int ReadTimeout(const Slot* slot) { return slot->timeoutMs > 0 ? slot->timeoutMs : -1; }
@@ -296,16 +387,17 @@ bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) 
         if (!WaitHead(slot, ReadTimeout(slot), false, head)) return false;
         if (head.size > capacity) { errno = EMSGSIZE; return false; }
         if (head.envelope) {
-            if (!ReadEnvelope(slot->fd, data, head.size)) return false;
+            if (!ReadEnvelope(slot, data, head.size)) return false;
             if (read) *read = head.size;
             return true;
         }
+        slot->headKnown = false;
         Control control;
         msghdr message;
         const ssize_t n = ReceiveMessage(slot->fd, data, capacity, 0, control, message);
         if (n < 0) return false;
         bool own;
-        TakeControl(message, own, nullptr, nullptr);
+        TakeControl(message, slot->owner, own, nullptr, nullptr);
         if (!own) continue;  // a stranger's message slipped in between peek and read
         if (read) *read = static_cast<uint32_t>(n);
         return true;
