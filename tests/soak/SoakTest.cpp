@@ -11,26 +11,22 @@
 
 #include "KPCBAPI.hpp"
 #include "TestPaths.h"
+#include "TestSystem.h"
 
 namespace fs = std::filesystem;
 
+// AddressSanitizer holds freed memory back (its quarantine), so resident size says
+// nothing about leaks in such a build; its own leak check covers that instead.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kResidentSizeMeaningful = false;
+#else
+constexpr bool kResidentSizeMeaningful = true;
+#endif
+
 namespace {
 
-long ResidentKiB() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
-    return -1;
-}
-
-long OpenDescriptors() {
-    long n = 0;
-    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
-        (void)entry;
-        ++n;
-    }
-    return n;
-}
+using testing_support::OpenSystemObjects;
+using testing_support::ResidentKiB;
 
 long CallsFromEnvironment(const char* name, long fallback) {
     const char* value = std::getenv(name);
@@ -40,8 +36,8 @@ long CallsFromEnvironment(const char* name, long fallback) {
 class Soak : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("KPCB_DATA_DIR", dir.path().c_str(), 1);
-        setenv("KPCB_VIEWER_JOURNAL", journal.c_str(), 1);
+        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
+        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
         fs::copy_file(testing_support::SampleBoard(), board);
         pid = KPCB_Launch(CString(board), 1);
         ASSERT_GT(pid, 0);
@@ -50,7 +46,7 @@ protected:
         if (pid > 0) {
             EXPECT_EQ(KPCB_Exit(pid, 1), 0);
         }
-        unsetenv("KPCB_VIEWER_JOURNAL");
+        testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL");
     }
     size_t JournalLines() {
         std::ifstream in(journal);
@@ -106,17 +102,18 @@ TEST_F(Soak, ManyThreadsOfOneWayCommandsLoseNothing) {
 }
 
 TEST_F(Soak, ResidentMemoryAndDescriptorsStayFlat) {
-    unsetenv("KPCB_VIEWER_JOURNAL");
+    testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL");
     const long calls = CallsFromEnvironment("KPCB_SOAK_CALLS", 20000);
     long made = 0;
     int round = 0;
     while (made < 1000) made += MixedRound(pid, round++);
     const long residentAfterWarmUp = ResidentKiB();
-    const long descriptorsAfterWarmUp = OpenDescriptors();
+    const long descriptorsAfterWarmUp = OpenSystemObjects();
     while (made < calls) made += MixedRound(pid, round++);
     const long residentAtEnd = ResidentKiB();
-    EXPECT_EQ(OpenDescriptors(), descriptorsAfterWarmUp);
-    EXPECT_LE(residentAtEnd - residentAfterWarmUp, 1024) << "KiB grown over " << made << " calls";
+    EXPECT_EQ(OpenSystemObjects(), descriptorsAfterWarmUp);
+    if (kResidentSizeMeaningful)
+        EXPECT_LE(residentAtEnd - residentAfterWarmUp, 1024) << "KiB grown over " << made << " calls";
     RecordProperty("calls", std::to_string(made));
     RecordProperty("resident_growth_kib", std::to_string(residentAtEnd - residentAfterWarmUp));
 }
