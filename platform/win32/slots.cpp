@@ -30,7 +30,7 @@ Slot* AsSlot(SlotHandle handle) {
 
 SlotHandle Wrap(HANDLE handle) {
     if (handle == INVALID_HANDLE_VALUE) return InvalidSlot();
-    Slot* slot = new (std::nothrow) Slot{handle};
+    Slot* slot = new (std::nothrow) Slot{handle, false, {}};
     if (!slot) {
         CloseHandle(handle);
         return InvalidSlot();
@@ -108,8 +108,11 @@ SlotHandle CreateSlot(const std::string& name) {
 }
 
 SlotHandle OpenSlot(const std::string& name) {
-    return Wrap(CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    // Windows lets any number of writers hold a mailslot open with read sharing alone;
+    // Wine refuses a second writer unless every writer also shares writing. Sharing
+    // both keeps writers on several threads (or processes) apart under Wine too.
+    return Wrap(CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {

@@ -22,6 +22,11 @@ std::string ExecutableNameOf(int pid);
 // pieces of text.
 int RunningProcessesWith(const std::string& text, const std::string& more);
 
+// This process's resident memory in KiB, and the number of files, sockets and other
+// system objects it holds open (descriptors on POSIX, handles on Windows).
+long ResidentKiB();
+long OpenSystemObjects();
+
 // True when the tests run under Wine rather than on the system they were built for.
 bool RunningUnderWine();
 

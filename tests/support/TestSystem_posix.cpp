@@ -42,6 +42,22 @@ int RunningProcessesWith(const std::string& text, const std::string& more) {
     return count;
 }
 
+long ResidentKiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
+    return -1;
+}
+
+long OpenSystemObjects() {
+    long n = 0;
+    std::error_code error;
+    const std::filesystem::directory_iterator end;
+    for (auto it = std::filesystem::directory_iterator("/proc/self/fd", error); !error && it != end; it.increment(error))
+        ++n;
+    return n;
+}
+
 bool RunningUnderWine() { return false; }
 
 }  // namespace testing_support

@@ -1,6 +1,7 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
+#include <psapi.h>
 #include <tlhelp32.h>
 #include <winternl.h>
 
@@ -89,6 +90,18 @@ int RunningProcessesWith(const std::string& text, const std::string& more) {
         return true;
     });
     return count;
+}
+
+long ResidentKiB() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    counters.cb = sizeof(counters);
+    if (!GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters))) return -1;
+    return static_cast<long>(counters.WorkingSetSize / 1024);
+}
+
+long OpenSystemObjects() {
+    DWORD count = 0;
+    return GetProcessHandleCount(GetCurrentProcess(), &count) ? static_cast<long>(count) : -1;
 }
 
 bool RunningUnderWine() {
