@@ -1,5 +1,7 @@
 #include "ViewerServer.h"
 
+#include <cstring>
+
 #include "FrameReader.h"
 #include "HighlightRecords.h"
 #include "RecordFactory.h"
@@ -12,12 +14,21 @@ namespace {
 constexpr int kPollMs = 200;
 constexpr int kAnswerOpenWaitMs = 2000;
 
-std::vector<unsigned char> Contents(CMemFile& file) {
-    std::vector<unsigned char> bytes(static_cast<size_t>(file.GetLength()));
+// The bytes of a received frame, in place: valid until the frame is next written.
+struct Image {
+    const unsigned char* data;
+    size_t size;
+    bool operator==(const std::vector<unsigned char>& other) const {
+        return size == other.size() && (size == 0 || std::memcmp(data, other.data(), size) == 0);
+    }
+};
+
+Image Contents(CMemFile& file) {
     file.SeekToBegin();
-    if (!bytes.empty()) file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+    void* start = nullptr;
+    const UINT size = file.GetBufferPtr(CFile::bufferRead, static_cast<UINT>(file.GetLength()), &start, nullptr);
     file.SeekToBegin();
-    return bytes;
+    return Image{static_cast<const unsigned char*>(start), size};
 }
 }  // namespace
 
@@ -59,10 +70,10 @@ void ViewerServer::Run() {
 }
 
 void ViewerServer::Serve(CMemFile& frame) {
-    const std::vector<unsigned char> image = Contents(frame);
+    const Image image = Contents(frame);
     std::unique_ptr<CKPRCI__Base> record = LoadCommandRecord(frame);
     if (!record) {
-        m_journal.Malformed("undecodable record of " + std::to_string(image.size()) + " bytes");
+        m_journal.Malformed("undecodable record of " + std::to_string(image.size) + " bytes");
         return;
     }
     const int classId = record->GetClassID();
@@ -74,14 +85,14 @@ void ViewerServer::Serve(CMemFile& frame) {
         m_pendingImage.clear();
         Send(pending);  // the second copy, or a late answer when another request came instead
         if (secondCopy) {
-            m_journal.Record(classId, name, image.data(), image.size(), "second copy answered");
+            m_journal.Record(classId, name, image.data, image.size, "second copy answered");
             return;
         }
     }
     Answer answer = m_dispatcher.Handle(*record, m_context);
-    m_journal.Record(classId, name, image.data(), image.size(), answer.note);
+    m_journal.Record(classId, name, image.data, image.size, answer.note);
     if (ArrivesTwice(*record) && answer.channel == Answer::Channel::ReplySlot) {
-        m_pendingImage = image;
+        m_pendingImage.assign(image.data, image.data + image.size);
         m_pendingAnswer = std::move(answer);
         return;
     }
