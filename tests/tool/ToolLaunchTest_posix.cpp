@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <regex>
 
 #include "KPCBAPI.h"
 #include "TestPaths.h"
@@ -42,9 +41,8 @@ TEST(ToolLaunch, ViewerOutlivesTheLaunchingCall) {
 
     const auto launched = RunKpcb({"launch-hidden", "board.pdbba"}, dir.path());
     ASSERT_EQ(launched.status, 0) << launched.err;
-    std::smatch match;
-    ASSERT_TRUE(std::regex_match(launched.out, match, std::regex(R"(([0-9]+)\n)"))) << launched.out;
-    const std::string pid = match[1];
+    ASSERT_GT(tool_test::NumberLine(launched.out), 0) << launched.out;
+    const std::string pid = std::to_string(tool_test::NumberLine(launched.out));
     ViewerProcess viewer(std::stoi(pid));
 
     EXPECT_EQ(RunKpcb({"is-running", "--pid", pid}).out, "running\n");

@@ -19,6 +19,14 @@ std::string ReadAll(const std::string& path) {
 
 }  // namespace
 
+int NumberLine(const std::string& text) {
+    if (text.size() < 2 || text.size() > 11 || text.back() != '\n') return 0;
+    for (size_t i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] < '0' || text[i] > '9') return 0;
+    }
+    return std::stoi(text);
+}
+
 std::string KpcbPath() {
     return testing_support::BinDir() + platform::PathSeparator() + "kpcb" + platform::ExecutableSuffix();
 }

@@ -16,6 +16,9 @@ struct ToolResult {
 // its standard input. A kpcb that takes more than two minutes is killed (status -1).
 ToolResult RunKpcb(const std::vector<std::string>& args, const std::string& cwd = "", const std::string& input = "");
 
+// The number of a text that is one line holding only a whole number (a pid), else 0.
+int NumberLine(const std::string& text);
+
 // The path of kpcb beside the test program.
 std::string KpcbPath();
 
