@@ -42,7 +42,8 @@ int Step(const std::string& call, int status) {
     return status;
 }
 
-// A query: the values when it succeeded, else its status code.
+// A query: the values when it succeeded, else its status code. (The values are
+// read after the call has returned: the caller calls first, then passes them.)
 void Query(const std::string& call, int status, const std::string& values) {
     if (status == KPCB_OK) {
         Line(call, values);
@@ -178,7 +179,7 @@ int main(int argc, char** argv) {
     std::printf("\nView\n");
     Step("KPCB_ZoomFitSize", KPCB_ZoomFitSize(pid));
     const double x1 = 30, y1 = 14, x2 = 60, y2 = 40;
-    Step("KPCB_ZoomArea (30, 14) - (60, 40): U1, U3, Y1", KPCB_ZoomArea(pid, &x1, &y1, &x2, &y2));
+    Step("KPCB_ZoomArea (30, 14) - (60, 40): U1 and U3", KPCB_ZoomArea(pid, &x1, &y1, &x2, &y2));
     const double quarter = 90;
     Step("KPCB_RotateBoard 90", KPCB_RotateBoard(pid, &quarter));
     Capture(pid, output + "/demo_area_rotated.bmp");
@@ -194,29 +195,31 @@ int main(int argc, char** argv) {
 
     std::printf("\nQuestions\n");
     int count = 0;
-    Query("KPCB_GetPinCountFromReference U1", KPCB_GetPinCountFromReference(pid, L"U1", &count),
-          std::to_string(count));
+    int status = KPCB_GetPinCountFromReference(pid, L"U1", &count);
+    Query("KPCB_GetPinCountFromReference U1", status, std::to_string(count));
     count = 0;
-    Query("KPCB_GetPinCountFromPart 24LC02B-SN", KPCB_GetPinCountFromPart(pid, L"24LC02B-SN", &count),
-          std::to_string(count));
+    status = KPCB_GetPinCountFromPart(pid, L"24LC02B-SN", &count);
+    Query("KPCB_GetPinCountFromPart 24LC02B-SN", status, std::to_string(count));
     double pitch = 0;
-    Query("KPCB_GetPinPitch U1 (unit 0: mm)", KPCB_GetPinPitch(pid, L"U1", 0, &pitch), Number(pitch));
+    status = KPCB_GetPinPitch(pid, L"U1", 0, &pitch);
+    Query("KPCB_GetPinPitch U1 (unit 0: mm)", status, Number(pitch));
     pitch = 0;
-    Query("KPCB_GetPinPitch J1 (unit 1: mil)", KPCB_GetPinPitch(pid, L"J1", 1, &pitch), Number(pitch));
+    status = KPCB_GetPinPitch(pid, L"J1", 1, &pitch);
+    Query("KPCB_GetPinPitch J1 (unit 1: mil)", status, Number(pitch));
     pitch = 0;
-    Query("KPCB_GetPinPitchFrom2PinComponent R1 (mm)", KPCB_GetPinPitchFrom2PinComponent(pid, L"R1", 0, &pitch),
-          Number(pitch));
+    status = KPCB_GetPinPitchFrom2PinComponent(pid, L"R1", 0, &pitch);
+    Query("KPCB_GetPinPitchFrom2PinComponent R1 (mm)", status, Number(pitch));
     int place = 0;
-    Query("KPCB_GetReferencePlaceStatus U3", KPCB_GetReferencePlaceStatus(pid, L"U3", &place, 0),
-          std::to_string(place));
+    status = KPCB_GetReferencePlaceStatus(pid, L"U3", &place, 0);
+    Query("KPCB_GetReferencePlaceStatus U3", status, std::to_string(place));
     int top = 0, bottom = 0, other = 0;
-    Query("KPCB_GetReferenceCountForPlace U1,U2,U3,R5,X9",
-          KPCB_GetReferenceCountForPlace(pid, L"U1,U2,U3,R5,X9", L",", &top, &bottom, &other, 0),
+    status = KPCB_GetReferenceCountForPlace(pid, L"U1,U2,U3,R5,X9", L",", &top, &bottom, &other, 0);
+    Query("KPCB_GetReferenceCountForPlace U1,U2,U3,R5,X9", status,
           "top " + std::to_string(top) + ", bottom " + std::to_string(bottom) + ", other " + std::to_string(other));
     LibraryString net, pins;
-    const int netStatus = KPCB_GetPinListInfoOfNet_RefPin(pid, L"U1", L"14", &net.text, &pins.text, L"|");
-    Query("KPCB_GetPinListInfoOfNet_RefPin U1 14", netStatus, "net " + net.Narrow());
-    if (netStatus == KPCB_OK) {
+    status = KPCB_GetPinListInfoOfNet_RefPin(pid, L"U1", L"14", &net.text, &pins.text, L"|");
+    Query("KPCB_GetPinListInfoOfNet_RefPin U1 14", status, "net " + net.Narrow());
+    if (status == KPCB_OK) {
         const auto list = Split(pins.Narrow(), '|');
         std::printf("    %zu pins:", list.size());
         for (const auto& pin : list) std::printf(" %s", pin.c_str());
