@@ -9,6 +9,7 @@
 #include "CArrayN.h"
 #include "CStringArray.h"
 #include "CompatTestSupport.h"
+#include "platform.h"
 
 namespace {
 
@@ -90,9 +91,11 @@ TEST(ArchiveStrings, LongFormsAreReadForShortStrings) {
 }
 
 TEST(ArchiveStrings, WideMarkerIsConvertedToNarrowText) {
-    // FF FE FF, a length of 3 UTF-16 units, then "Ab\u00e9".
+    // FF FE FF, a length of 3 UTF-16 units, then "Ab\u00e9", which arrives in the
+    // system's narrow code page (UTF-8 on POSIX, the ANSI code page on Windows).
     ULONGLONG left = 99;
-    EXPECT_EQ(LoadString({0xFF, 0xFE, 0xFF, 0x03, 'A', 0x00, 'b', 0x00, 0xE9, 0x00}, &left), "Ab\xC3\xA9");
+    EXPECT_EQ(LoadString({0xFF, 0xFE, 0xFF, 0x03, 'A', 0x00, 'b', 0x00, 0xE9, 0x00}, &left),
+              CString(platform::WideToAnsi(L"Ab\u00e9")));
     EXPECT_EQ(left, 0u);
     // The length after the marker has the same long forms.
     EXPECT_EQ(LoadString({0xFF, 0xFE, 0xFF, 0xFF, 0x02, 0x00, 'O', 0x00, 'K', 0x00}), "OK");

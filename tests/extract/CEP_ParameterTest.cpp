@@ -12,6 +12,8 @@ namespace fs = std::filesystem;
 using extract_test::CountLines;
 using extract_test::ScratchLog;
 
+using testing_support::Join;
+
 namespace {
 
 CStringArray Args(std::initializer_list<std::string> items) {
@@ -137,7 +139,7 @@ TEST(CEP_ParameterTable, EveryRowRefusesWithItsMessageOnceAndAcceptsGoodPaths) {
         const std::string missing = log.Dir() / "missing";
         fs::create_directories(design);
         fs::create_directories(save);
-        Touch(design + "/board.dsn");
+        Touch(Join(design, "board.dsn"));
         std::string blocked;  // a save folder that cannot exist or be made
         Touch(log.Dir() / "file");
         blocked = log.Dir() / "file/save";
@@ -261,7 +263,7 @@ TEST(CEP_ParameterTable, BoardDesignerAndPwsLetterSwitchesFailSilently) {
     EXPECT_EQ(zps({"/a"}), 1);
     EXPECT_EQ(zps({"/B"}), 0);
     EXPECT_TRUE(log.Messages().empty());
-    Touch(d + "/lib.zls");
+    Touch(Join(d, "lib.zls"));
     EXPECT_EQ(zps({"/A", d + "\\lib.zls"}), 1);
     EXPECT_EQ(zps({"/A", missing}), 0);
     EXPECT_EQ(zps({"/A", "x", "y"}), 1);  // seven: the zls file is not read
@@ -271,14 +273,14 @@ TEST(CEP_ParameterTable, BoardDesignerAndPwsLetterSwitchesFailSilently) {
 TEST(CEP_ParameterTable, SxRemovesAStaleOutputUnlessTheNameCarriesTheExtension) {
     ScratchLog log;
     const std::string d = log.Dir().path();
-    Touch(d + "/out.PDBB");
-    Touch(d + "/out.pdbb");
-    Touch(d + "/kept.pdbb.PDBB");
+    Touch(Join(d, "out.PDBB"));
+    Touch(Join(d, "out.pdbb"));
+    Touch(Join(d, "kept.pdbb.PDBB"));
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", "/SX", d, d, "out"})).CheckParameter(), 1);
-    EXPECT_FALSE(fs::exists(d + "/out.PDBB"));
-    EXPECT_FALSE(fs::exists(d + "/out.pdbb"));
+    EXPECT_FALSE(fs::exists(Join(d, "out.PDBB")));
+    EXPECT_FALSE(fs::exists(Join(d, "out.pdbb")));
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", "/P", d, d, "kept.pdbb"})).CheckParameter(), 1);
-    EXPECT_TRUE(fs::exists(d + "/kept.pdbb.PDBB"));
+    EXPECT_TRUE(fs::exists(Join(d, "kept.pdbb.PDBB")));
 }
 
 // ---- /KP and /PLP -----------------------------------------------------------
@@ -286,17 +288,17 @@ TEST(CEP_ParameterTable, SxRemovesAStaleOutputUnlessTheNameCarriesTheExtension) 
 TEST(CEP_ParameterSwitchChecks, KpChecksTheBoardFileAndAnXmlThirdArgument) {
     ScratchLog log;
     const std::string d = log.Dir().path();
-    const std::string board = d + "/b.pdbb";
+    const std::string board = Join(d, "b.pdbb");
     Touch(board);
-    Touch(d + "/r.xml");
+    Touch(Join(d, "r.xml"));
     // /KP stays in the list and shortens the walk, hence the trailing filler.
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", board, "x", "notes.txt", "/KP", "f"})).CheckParameter(), 1);
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", board, "x", d + "\\r.xml", "/KP", "f"})).CheckParameter(), 1);
     EXPECT_TRUE(log.Messages().empty());
-    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", board, "x", d + "/gone.XML", "/kp", "f"})).CheckParameter(), 0);
-    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", d + "/gone.pdbb", "x", "y", "/KP", "f"})).CheckParameter(), 0);
-    const std::vector<std::string> expected = {Msg("Cannot found XML File Path. : %s", d + "/gone.XML"),
-                                               Msg("Cannot found PDBB File Path. : %s", d + "/gone.pdbb")};
+    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", board, "x", Join(d, "gone.XML"), "/kp", "f"})).CheckParameter(), 0);
+    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", Join(d, "gone.pdbb"), "x", "y", "/KP", "f"})).CheckParameter(), 0);
+    const std::vector<std::string> expected = {Msg("Cannot found XML File Path. : %s", Join(d, "gone.XML")),
+                                               Msg("Cannot found PDBB File Path. : %s", Join(d, "gone.pdbb"))};
     EXPECT_EQ(log.Messages(), expected);
     // Three entries pass the count test, then argument 3 is outside the list.
     CEP_Parameter three(Args({"From_KAPI", board, "/KP", "f"}));
@@ -306,19 +308,21 @@ TEST(CEP_ParameterSwitchChecks, KpChecksTheBoardFileAndAnXmlThirdArgument) {
 TEST(CEP_ParameterSwitchChecks, PlpChecksTheBoardFileAndBacksAFailedKp) {
     ScratchLog log;
     const std::string d = log.Dir().path();
-    Touch(d + "/b.pdbb");
+    Touch(Join(d, "b.pdbb"));
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", d + "\\b.pdbb", "/PLP", "f"})).CheckParameter(), 1);
-    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", d + "/gone", "/PLP", "f"})).CheckParameter(), 0);
-    EXPECT_EQ(log.Messages(), std::vector<std::string>{Msg("Cannot found PDBB File Path. : %s", d + "/gone")});
+    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", Join(d, "gone"), "/PLP", "f"})).CheckParameter(), 0);
+    EXPECT_EQ(log.Messages(), std::vector<std::string>{Msg("Cannot found PDBB File Path. : %s", Join(d, "gone"))});
     // A failing XML check falls back to the /PLP check, which passes here.
-    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", d + "/b.pdbb", "x", d + "/no.xml", "/KP", "/PLP", "f", "g"})).CheckParameter(), 1);
+    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", Join(d, "b.pdbb"), "x", Join(d, "no.xml"), "/KP", "/PLP", "f", "g"}))
+                  .CheckParameter(),
+              1);
 }
 
 // ---- ODB++ ------------------------------------------------------------------
 
 namespace {
 CStringArray OdbArgs(const std::string& dir, std::initializer_list<std::string> options) {
-    std::vector<std::string> items = {"From_KAPI", "/ODB", dir, dir + "/made/here", "job"};
+    std::vector<std::string> items = {"From_KAPI", "/ODB", dir, Join(dir, "made/here"), "job"};
     items.insert(items.end(), options);
     CStringArray out;
     for (const auto& item : items) out.Add(CString(item));
@@ -333,7 +337,7 @@ TEST(CEP_ParameterOdb, OptionsLandInTheirSlots) {
                                 "/log:f.txt", "/SA", "/RL", "/DRILL_TO_VIA:1", "/LAY_FILTER:top", "/CD", "/plx:abc", "/K",
                                 "/FIGT:t", "/FIGB:b", "/SO:o", "/SAF", "n=/Thread:4", "/POSI", "/MATERIAL", "/ZZZ"}));
     ASSERT_EQ(p.CheckParameter(), 1);
-    EXPECT_TRUE(fs::is_directory(d + "/made/here"));
+    EXPECT_TRUE(fs::is_directory(Join(d, "made/here")));
     ASSERT_EQ(p.GetCount(), 26);
     ASSERT_EQ(p.GetParameters().GetSize(), 26);
     const std::vector<std::string> expected = {

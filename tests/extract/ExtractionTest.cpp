@@ -17,6 +17,8 @@
 
 namespace fs = std::filesystem;
 
+using testing_support::Join;
+
 namespace {
 
 using Fields = std::map<std::string, std::string>;
@@ -114,19 +116,19 @@ TEST_F(Extraction, AllegroKindLetters) {
     EXPECT_EQ(r["entry"], "ReadAllegro");
     EXPECT_EQ(r["ExtractPDBMode"], "1");
     EXPECT_EQ(r["SeparateFiles"], "1");
-    EXPECT_EQ(r["Brd"], folder + "/board.brd");
-    EXPECT_EQ(r["Pad"], folder + "/board.pad");
-    EXPECT_EQ(r["Rte"], folder + "/board.rte");
-    EXPECT_EQ(r["Sym"], folder + "/board.sym");
+    EXPECT_EQ(r["Brd"], Join(folder, "board.brd"));
+    EXPECT_EQ(r["Pad"], Join(folder, "board.pad"));
+    EXPECT_EQ(r["Rte"], Join(folder, "board.rte"));
+    EXPECT_EQ(r["Sym"], Join(folder, "board.sym"));
     EXPECT_EQ(r["Extra1"] + r["Extra2"], "");
-    EXPECT_EQ(BoardNameIn(out + "/board.pdbb"), kEucName);
+    EXPECT_EQ(BoardNameIn(Join(out, "board.pdbb")), kEucName);
 
     fs::remove(dir / "data/Log/KAPI.log");
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'B', "x1", "x2"), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/A", folder, out, "/B", "board", "x1", "x2"}));
     r = Received();
     EXPECT_EQ(r["SeparateFiles"], "0");
-    EXPECT_EQ(r["Brd"], folder + "/board.brd");
+    EXPECT_EQ(r["Brd"], Join(folder, "board.brd"));
     EXPECT_EQ(r["Pad"], "");
     EXPECT_EQ(r["Extra1"], "x1");
     EXPECT_EQ(r["Extra2"], "x2");
@@ -138,8 +140,8 @@ TEST_F(Extraction, AllegroKindLetters) {
     r = Received();
     EXPECT_EQ(r["SeparateFiles"], "0");
     EXPECT_EQ(r["Brd"], "");
-    EXPECT_EQ(extract_pdb::GetOutputPath(), out + "/x1.pdbb");
-    EXPECT_TRUE(fs::exists(out + "/x1.pdbb"));
+    EXPECT_EQ(extract_pdb::GetOutputPath(), Join(out, "x1.pdbb"));
+    EXPECT_TRUE(fs::exists(Join(out, "x1.pdbb")));
     EXPECT_EQ(LiveBoards("Allegro"), 0);
 }
 
@@ -163,7 +165,7 @@ TEST_F(Extraction, BoardDesignerLetters) {
     EXPECT_EQ(r["UHPolygon"], "1");
     EXPECT_EQ(r["Argument6"], "/VD:\"/v d\"");
     EXPECT_EQ(r["Argument7"], "");  // only read in the second mode 0
-    EXPECT_TRUE(fs::exists(out + "/job.pdbb"));
+    EXPECT_TRUE(fs::exists(Join(out, "job.pdbb")));
 
     EXPECT_EQ(ExtractPdbbFromBoardDesigner(out.c_str(), design.c_str(), 'B', 'a', "o1", "/zukenroot:/Z/R", "/1", ""),
               0);
@@ -217,7 +219,7 @@ TEST_F(Extraction, BoardDesignerRefusedDesignPathCallsNoImporter) {
 
 TEST_F(Extraction, MentorFlag) {
     const std::string design = MakeFolder("mentor/drawings/panel_a");  // switch names inside a path mean nothing
-    EXPECT_EQ(ExtractPdbbFromMentor((out + "/result.pdbb").c_str(), design.c_str(), 0, "ignored"), 0);
+    EXPECT_EQ(ExtractPdbbFromMentor(Join(out, "result.pdbb").c_str(), design.c_str(), 0, "ignored"), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/M", design, out, "result"}));
     Fields r = Received();
     EXPECT_EQ(r["entry"], "ReadMentor");
@@ -227,11 +229,11 @@ TEST_F(Extraction, MentorFlag) {
     EXPECT_EQ(r["DesignFolder"], design);
     EXPECT_EQ(r["Panel"], "");
     EXPECT_EQ(r["Drawing"], "0");
-    EXPECT_TRUE(fs::exists(out + "/result.pdbb"));
+    EXPECT_TRUE(fs::exists(Join(out, "result.pdbb")));
 
-    EXPECT_EQ(ExtractPdbbFromMentor((out + "/second").c_str(), design.c_str(), 7, ""), 0);
+    EXPECT_EQ(ExtractPdbbFromMentor(Join(out, "second").c_str(), design.c_str(), 7, ""), 0);
     EXPECT_EQ(Received()["ReadMode"], "1");
-    EXPECT_TRUE(fs::exists(out + "/second.pdbb"));
+    EXPECT_TRUE(fs::exists(Join(out, "second.pdbb")));
     EXPECT_EQ(LiveBoards("Mentor"), 0);
 }
 
@@ -239,7 +241,7 @@ TEST_F(Extraction, ZukenZlsPresentOrAbsent) {
     const std::string design = MakeFile("pws/board.pcb");
     const std::string zls = MakeFile("pws/lib.zls");
 
-    EXPECT_EQ(ExtractPdbbFromZuken((out + "/ignored.pdbb").c_str(), design.c_str(), 'w', zls.c_str()), 0);
+    EXPECT_EQ(ExtractPdbbFromZuken(Join(out, "ignored.pdbb").c_str(), design.c_str(), 'w', zls.c_str()), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/w", zls}));
     Fields r = Received();
     EXPECT_EQ(r["entry"], "GetPDB");
@@ -248,17 +250,17 @@ TEST_F(Extraction, ZukenZlsPresentOrAbsent) {
     EXPECT_EQ(r["ExtractPDBB"], "1");
     EXPECT_EQ(r["Design"], design);
     EXPECT_EQ(r["Zls"], zls);
-    EXPECT_TRUE(fs::exists(out + "/board.pdbb"));  // named after the design
+    EXPECT_TRUE(fs::exists(Join(out, "board.pdbb")));  // named after the design
 
     fs::remove(dir / "data/Log/KAPI.log");
-    EXPECT_EQ(ExtractPdbbFromZuken((out + "/x.pdbb").c_str(), design.c_str(), 'A', (dir / "gone.zls").c_str()), 0);
+    EXPECT_EQ(ExtractPdbbFromZuken(Join(out, "x.pdbb").c_str(), design.c_str(), 'A', (dir / "gone.zls").c_str()), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/A"}));
     r = Received();
     EXPECT_EQ(r["ReadMode"], "0");
     EXPECT_EQ(r["Zls"], "");
 
     fs::remove(record);
-    EXPECT_EQ(ExtractPdbbFromZuken((out + "/x.pdbb").c_str(), design.c_str(), 'q', ""), 2);
+    EXPECT_EQ(ExtractPdbbFromZuken(Join(out, "x.pdbb").c_str(), design.c_str(), 'q', ""), 2);
     EXPECT_TRUE(Received().empty());
     EXPECT_EQ(LiveBoards("CR5000PWS"), 0);
 }
@@ -281,15 +283,15 @@ TEST_F(Extraction, NoBoardGivesThreeAndTheOutputPathIsStillSet) {
         testing_support::SetEnv("KPCB_TEST_IMPORTER_RESULT", answer);
         EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'b', "", "late"), 3) << answer;
         EXPECT_EQ(Received()["Extra2"], "late");
-        EXPECT_EQ(extract_pdb::GetOutputPath(), out + "/board.pdbb");
-        EXPECT_FALSE(fs::exists(out + "/board.pdbb"));
+        EXPECT_EQ(extract_pdb::GetOutputPath(), Join(out, "board.pdbb"));
+        EXPECT_FALSE(fs::exists(Join(out, "board.pdbb")));
     }
 }
 
 TEST_F(Extraction, FailedSaveGivesFourAndTheBoardIsDestroyed) {
     const std::string design = MakeFolder("mentor");
     MakeFile("out/blocked.pdbb/keep");  // a folder, not empty, where the file should go
-    EXPECT_EQ(ExtractPdbbFromMentor((out + "/blocked.pdbb").c_str(), design.c_str(), 0, ""), 4);
+    EXPECT_EQ(ExtractPdbbFromMentor(Join(out, "blocked.pdbb").c_str(), design.c_str(), 0, ""), 4);
     EXPECT_EQ(Received()["entry"], "ReadMentor");
     EXPECT_EQ(LiveBoards("Mentor"), 0);
 }
@@ -305,7 +307,8 @@ TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
     EXPECT_NE(messages[0].find(empty), std::string::npos) << messages[0];
 
     // A copy at a path of its own is a fresh load, which checks the version.
-    fs::copy_file(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_Allegro.kpi", empty + "/KPCBImporter_Allegro.kpi");
+    fs::copy_file(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_Allegro.kpi",
+                  Join(empty, "KPCBImporter_Allegro.kpi"));
     testing_support::SetEnv("KPCB_TEST_IMPORTER_VERSION", "99");
     fs::remove(dir / "data/Log/KAPI.log");
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
@@ -328,14 +331,16 @@ TEST_F(Extraction, SettingsAskForShiftJisPerFormat) {
     const std::string mentor = MakeFolder("mentor");
     const std::string pws = MakeFile("pws/board.pcb");
     auto runAll = [&] {
-        EXPECT_EQ(ExtractPdbbFromAllegro((out + "/alg").c_str(), alg.c_str(), 'a', "", ""), 0);
-        EXPECT_EQ(ExtractPdbbFromBoardDesigner((out + "/bd").c_str(), bd.c_str(), 'a', 's', "", "", "", ""), 0);
-        EXPECT_EQ(ExtractPdbbFromMentor((out + "/mentor/board").c_str(), mentor.c_str(), 0, ""), 0);
-        EXPECT_EQ(ExtractPdbbFromZuken((out + "/pws/x").c_str(), pws.c_str(), 'a', ""), 0);
-        return std::vector<std::string>{BoardNameIn(out + "/alg/board.pdbb"), BoardNameIn(out + "/bd/board.pdbb"),
-                                        BoardNameIn(out + "/mentor/board.pdbb"), BoardNameIn(out + "/pws/board.pdbb")};
+        EXPECT_EQ(ExtractPdbbFromAllegro(Join(out, "alg").c_str(), alg.c_str(), 'a', "", ""), 0);
+        EXPECT_EQ(ExtractPdbbFromBoardDesigner(Join(out, "bd").c_str(), bd.c_str(), 'a', 's', "", "", "", ""), 0);
+        EXPECT_EQ(ExtractPdbbFromMentor(Join(out, "mentor/board").c_str(), mentor.c_str(), 0, ""), 0);
+        EXPECT_EQ(ExtractPdbbFromZuken(Join(out, "pws/x").c_str(), pws.c_str(), 'a', ""), 0);
+        return std::vector<std::string>{BoardNameIn(Join(out, "alg/board.pdbb")),
+                                        BoardNameIn(Join(out, "bd/board.pdbb")),
+                                        BoardNameIn(Join(out, "mentor/board.pdbb")),
+                                        BoardNameIn(Join(out, "pws/board.pdbb"))};
     };
-    for (const char* sub : {"alg", "bd", "mentor", "pws"}) fs::create_directories(out + "/" + sub);
+    for (const char* sub : {"alg", "bd", "mentor", "pws"}) fs::create_directories(Join(out, sub));
 
     EXPECT_EQ(runAll(), (std::vector<std::string>{kEucName, kEucName, kEucName, kEucName}));
     WriteSettings("[Allegro]\nConvertEucJPtoShiftJIS=1\n[BoardStation]\nconverteucjptoshiftjis = 1\n");
@@ -354,7 +359,7 @@ TEST_F(Extraction, CFormsPassWideTextAndNullAsEmpty) {
     const std::wstring wideDesign(design.begin(), design.end());
     EXPECT_EQ(KPCB_ExtractPdbbFromZuken((wideOut + L"/x.pdbb").c_str(), wideDesign.c_str(), 'a', nullptr), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/Z", design, out, "/a"}));
-    EXPECT_TRUE(fs::exists(out + "/board.pdbb"));
+    EXPECT_TRUE(fs::exists(Join(out, "board.pdbb")));
 
     fs::remove(record);
     EXPECT_EQ(KPCB_ExtractPdbbFromAllegro(nullptr, nullptr, 'a', nullptr, nullptr), 2);

@@ -13,6 +13,14 @@ std::string BinDir() { return platform::ExecutableDirectory(); }
 
 std::string SampleBoard() { return std::string(KPCB_SOURCE_DIR) + "/samples/demo_board.pdbba"; }
 
+std::string Join(const std::string& folder, const std::string& name) {
+    const char separator = platform::PathSeparator();
+    std::string native = name;
+    for (char& c : native)
+        if (c == '/') c = separator;
+    return folder + separator + native;
+}
+
 TempDir::TempDir() {
     static std::atomic<int> counter{0};
     const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
