@@ -27,16 +27,33 @@ int NumberLine(const std::string& text) {
     return std::stoi(text);
 }
 
-std::string KpcbPath() {
-    return testing_support::BinDir() + platform::PathSeparator() + "kpcb" + platform::ExecutableSuffix();
+int PinLinesOf(const std::string& boardFile, const std::string& reference) {
+    std::ifstream file(boardFile);
+    int pins = 0;
+    bool inside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.rfind("COMP ", 0) == 0) {
+            inside = line.rfind("COMP " + reference + " ", 0) == 0;
+        } else if (inside && line.rfind("PIN ", 0) == 0) {
+            ++pins;
+        } else if (line.empty()) {
+            inside = false;
+        }
+    }
+    return pins;
 }
 
-ToolResult RunKpcb(const std::vector<std::string>& args, const std::string& cwd, const std::string& input) {
+std::string PathBeside(const std::string& program) {
+    return testing_support::BinDir() + platform::PathSeparator() + program + platform::ExecutableSuffix();
+}
+
+ToolResult RunBeside(const std::string& program, const std::vector<std::string>& args, const std::string& cwd,
+                     const std::string& input) {
     testing_support::TempDir streams;
     const std::string in = streams / "in", out = streams / "out", err = streams / "err";
     std::ofstream(in, std::ios::binary) << input;
     ToolResult result;
-    result.status = RunProgram(KpcbPath(), args, cwd, in, out, err);
+    result.status = RunProgram(PathBeside(program), args, cwd, in, out, err);
     result.out = ReadAll(out);
     result.err = ReadAll(err);
     return result;

@@ -12,15 +12,25 @@ struct ToolResult {
     std::string err;  // standard error
 };
 
-// Runs kpcb with args in the folder cwd (empty: this process's own), with input on
-// its standard input. A kpcb that takes more than two minutes is killed (status -1).
-ToolResult RunKpcb(const std::vector<std::string>& args, const std::string& cwd = "", const std::string& input = "");
+// Runs the program of that name beside the test program with args, in the folder
+// cwd (empty: this process's own), with input on its standard input. A program that
+// takes more than two minutes is killed (status -1).
+ToolResult RunBeside(const std::string& program, const std::vector<std::string>& args, const std::string& cwd = "",
+                     const std::string& input = "");
+// The same for kpcb.
+inline ToolResult RunKpcb(const std::vector<std::string>& args, const std::string& cwd = "",
+                          const std::string& input = "") {
+    return RunBeside("kpcb", args, cwd, input);
+}
+
+// How many pins the board's text form lists for the component.
+int PinLinesOf(const std::string& boardFile, const std::string& reference);
 
 // The number of a text that is one line holding only a whole number (a pid), else 0.
 int NumberLine(const std::string& text);
 
-// The path of kpcb beside the test program.
-std::string KpcbPath();
+// The path of a program beside the test program.
+std::string PathBeside(const std::string& program);
 
 // Implemented per platform: runs exe with args, standard streams from and to the
 // given files. Gives the exit status, or -1.

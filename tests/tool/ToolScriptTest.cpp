@@ -209,21 +209,8 @@ TEST_F(ToolScript, ReadsTheScriptFromStandardInput) {
     EXPECT_EQ(KPCB_IsRunning(pid), 0);
 }
 
-// The pins of a component as the board's text form lists them.
-int PinLinesOf(const std::string& boardFile, const std::string& reference) {
-    std::ifstream file(boardFile);
-    int pins = 0;
-    bool inside = false;
-    for (std::string line; std::getline(file, line);) {
-        if (line.rfind("COMP ", 0) == 0) inside = line.rfind("COMP " + reference + " ", 0) == 0;
-        else if (inside && line.rfind("PIN ", 0) == 0) ++pins;
-        else if (line.empty()) inside = false;
-    }
-    return pins;
-}
-
 TEST_F(ToolScript, QueryValuesThatCarryTheViewersCodeAreReportedAsThatCode) {
-    const int pins = PinLinesOf(board, "U1");
+    const int pins = tool_test::PinLinesOf(board, "U1");
     ASSERT_GT(pins, 0);
     const auto result = RunKpcb({"run", "--echo", "--keep-going", "-"}, dir.path(),
                                 "launch-hidden board.pdbba\npin-count-ref U1\npin-count-ref X9\nexit --wait\n");
