@@ -10,11 +10,18 @@ namespace tool_test {
 
 namespace {
 
+// The file's text with line ends as "\n" (a program's text output on Windows ends
+// its lines with "\r\n").
 std::string ReadAll(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    std::ostringstream raw;
+    raw << file.rdbuf();
+    std::string text;
+    for (const char c : raw.str()) {
+        if (c == '\n' && !text.empty() && text.back() == '\r') text.pop_back();
+        text += c;
+    }
+    return text;
 }
 
 }  // namespace

@@ -156,7 +156,9 @@ int main(int argc, char** argv) {
     const std::string board = std::filesystem::absolute(
         argc > 1 ? argv[1] : std::string(KPCB_SOURCE_DIR) + "/samples/demo_board.pdbba").string();
     const std::string output =
-        std::filesystem::absolute(argc > 2 ? argv[2] : platform::ExecutableDirectory() + "/demo-output").string();
+        std::filesystem::absolute(argc > 2 ? std::filesystem::path(argv[2])
+                                           : std::filesystem::path(platform::ExecutableDirectory()) / "demo-output")
+            .string();
     std::error_code error;
     std::filesystem::create_directories(output, error);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -182,7 +184,7 @@ int main(int argc, char** argv) {
     Step("KPCB_ZoomArea (30, 14) - (60, 40): U1 and U3", KPCB_ZoomArea(pid, &x1, &y1, &x2, &y2));
     const double quarter = 90;
     Step("KPCB_RotateBoard 90", KPCB_RotateBoard(pid, &quarter));
-    Capture(pid, output + "/demo_area_rotated.bmp");
+    Capture(pid, (std::filesystem::path(output) / "demo_area_rotated.bmp").string());
     const double upright = 0;
     Step("KPCB_RotateBoard 0", KPCB_RotateBoard(pid, &upright));
     Step("KPCB_ZoomFitSize", KPCB_ZoomFitSize(pid));
@@ -230,7 +232,7 @@ int main(int argc, char** argv) {
     MergeAndPrint(pid, "GND", "GND");
 
     std::printf("\nPicture of the board\n");
-    Capture(pid, output + "/demo_board.bmp");
+    Capture(pid, (std::filesystem::path(output) / "demo_board.bmp").string());
 
     std::printf("\nClose\n");
     const int exitStatus = Step("KPCB_Exit (wait)", KPCB_Exit(pid, 1));
