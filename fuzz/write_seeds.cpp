@@ -11,26 +11,13 @@
 #include "InformationRecords.h"
 #include "PdbText.h"
 #include "PolygonMergeRecords.h"
+#include "RecordImage.h"
 #include "RecordFactory.h"
 #include "RedMarkRecords.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-template <class Record>
-std::vector<unsigned char> Image(Record& record) {
-    CMemFile file(1024);
-    {
-        CArchive ar(&file, CArchive::store, 4096);
-        record.Serialize(ar);
-        ar.Close();
-    }
-    std::vector<unsigned char> bytes(static_cast<size_t>(file.GetLength()));
-    file.SeekToBegin();
-    if (!bytes.empty()) file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-    return bytes;
-}
-
 void Write(const fs::path& path, const std::vector<unsigned char>& bytes) {
     std::ofstream out(path, std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
@@ -39,7 +26,7 @@ void Write(const fs::path& path, const std::vector<unsigned char>& bytes) {
 template <class Reply>
 void ReplySeed(const fs::path& dir, unsigned char which, Reply reply) {
     std::vector<unsigned char> bytes{which};
-    const std::vector<unsigned char> image = Image(reply);
+    const std::vector<unsigned char> image = records::Image(reply);
     bytes.insert(bytes.end(), image.begin(), image.end());
     Write(dir / ("reply-" + std::to_string(which)), bytes);
 }
@@ -67,7 +54,7 @@ int main(int argc, char** argv) {
     ReplySeed(root / "reply", 8, titles);
 
     for (int id = 2; id <= 28; ++id) {
-        if (auto record = CreateCommandRecord(id)) Write(root / "command" / ("class-" + std::to_string(id)), Image(*record));
+        if (auto record = CreateCommandRecord(id)) Write(root / "command" / ("class-" + std::to_string(id)), records::Image(*record));
     }
 
     CString error;

@@ -1,21 +1,13 @@
 #include "Dispatcher.h"
 
-#include "CArchive.h"
+#include "RecordImage.h"
 
 namespace viewer {
 
 Answer ReplyAnswer(CKPRCI__BaseRV& reply, std::string note) {
-    CMemFile file(1024);
-    {
-        CArchive ar(&file, CArchive::store, 4096);
-        reply.Serialize(ar);
-        ar.Close();
-    }
     Answer answer;
     answer.channel = Answer::Channel::ReplySlot;
-    answer.bytes.resize(static_cast<size_t>(file.GetLength()));
-    file.SeekToBegin();
-    if (!answer.bytes.empty()) file.Read(answer.bytes.data(), static_cast<UINT>(answer.bytes.size()));
+    answer.bytes = records::Image(reply);
     answer.note = std::move(note);
     return answer;
 }

@@ -13,6 +13,7 @@
 
 #include "CArchive.h"
 #include "CKPRCI__Base.h"
+#include "RecordImage.h"
 
 namespace testing_support {
 
@@ -21,16 +22,7 @@ using Bytes = std::vector<uint8_t>;
 // The archive image of a record, as the library writes it.
 template <class Record>
 Bytes ImageOf(Record& record) {
-    CMemFile file(1024);
-    {
-        CArchive ar(&file, CArchive::store, 4096);
-        record.Serialize(ar);
-        ar.Close();
-    }
-    Bytes out(static_cast<size_t>(file.GetLength()));
-    file.SeekToBegin();
-    if (!out.empty()) file.Read(out.data(), static_cast<UINT>(out.size()));
-    return out;
+    return records::Image(record);
 }
 
 // A 4-byte little-endian length message.
