@@ -1,13 +1,22 @@
 # Fails unless every exported CExPtrArray instantiation has its operations in the
 # library's dynamic symbol table.
-execute_process(COMMAND ${NM} -D -C --defined-only ${LIBRARY}
-  OUTPUT_VARIABLE symbols RESULT_VARIABLE status)
-if(NOT status EQUAL 0)
-  message(FATAL_ERROR "${NM} could not read ${LIBRARY}")
+# SYMBOLS_FILE, when given, holds the demangled names to look in instead (the Windows
+# export table), and INDEX_TYPE the spelling of INT_PTR there (long on ELF x86-64).
+if(DEFINED SYMBOLS_FILE)
+  file(READ ${SYMBOLS_FILE} symbols)
+else()
+  execute_process(COMMAND ${NM} -D -C --defined-only ${LIBRARY}
+    OUTPUT_VARIABLE symbols RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} could not read ${LIBRARY}")
+  endif()
+endif()
+if(NOT DEFINED INDEX_TYPE)
+  set(INDEX_TYPE long)
 endif()
 set(missing "")
 foreach(type C2PointD CArrayN CArrayPointD CKPRCI__Base CPDrawObj CPLay CPNet CPRefPin CPRouteDObj CPRouteNet CRectD)
-  foreach(operation "DeleteAll()" "GetAt(long) const" "MoveElementTo(" "Subtract(" "RemoveDuplicatedElements()"
+  foreach(operation "DeleteAll()" "GetAt(${INDEX_TYPE}) const" "MoveElementTo(" "Subtract(" "RemoveDuplicatedElements()"
                     "Add_if_only_do_not_exists(" "~CExPtrArray()")
     string(FIND "${symbols}" "CExPtrArray<${type}*, ${type}*>::${operation}" at)
     if(at EQUAL -1)
