@@ -79,14 +79,31 @@ public:
         } else {
             const size_t count = ar.ReadCount();
             ar.EnsureAvailable(count, sizeof(TYPE));
-            m_data.resize(count);
-            if (count) ar.Read(m_data.data(), count * sizeof(TYPE));
+            if (count * sizeof(TYPE) <= kLoadChunk) {
+                m_data.resize(count);
+                if (count) ar.Read(m_data.data(), count * sizeof(TYPE));
+                return;
+            }
+            // Large arrays (a merged outline has millions of points) are appended a
+            // chunk at a time instead of being zero-filled first and then overwritten.
+            m_data.clear();
+            m_data.reserve(count);
+            constexpr size_t perChunk = sizeof(TYPE) < kLoadChunk ? kLoadChunk / sizeof(TYPE) : 1;
+            TYPE chunk[perChunk];
+            for (size_t left = count; left;) {
+                const size_t n = std::min(left, perChunk);
+                ar.Read(chunk, n * sizeof(TYPE));
+                m_data.insert(m_data.end(), chunk, chunk + n);
+                left -= n;
+            }
         }
     }
 
     friend bool operator==(const CArray& a, const CArray& b) { return a.m_data == b.m_data; }
 
 protected:
+    static constexpr size_t kLoadChunk = 16384;  // bytes
+
     size_t Checked(INT_PTR index) const {
         if (index < 0 || index >= GetSize()) throw CInvalidArgException();
         return static_cast<size_t>(index);
