@@ -10,7 +10,7 @@
 
 CMemFile::~CMemFile() { std::free(m_buffer); }
 
-void CMemFile::Reserve(ULONGLONG length) {
+void CMemFile::Reserve(ULONGLONG length, bool zeroed) {
     if (length <= m_capacity) return;
     if (length > std::numeric_limits<size_t>::max() / 2) throw std::bad_alloc();
     // Grow in whole steps, doubling for large files so that a stream of writes stays linear.
@@ -18,12 +18,13 @@ void CMemFile::Reserve(ULONGLONG length) {
     target = (target + m_growBytes - 1) / m_growBytes * m_growBytes;
     const size_t size = static_cast<size_t>(target);
     if (m_length == 0) {
-        // Nothing to keep: a fresh zeroed block (large ones arrive zeroed without a write).
-        BYTE* fresh = static_cast<BYTE*>(std::calloc(size, 1));
+        // Nothing to keep: a fresh block, zeroed when asked (large ones arrive zeroed
+        // from the system without a write).
+        BYTE* fresh = static_cast<BYTE*>(zeroed ? std::calloc(size, 1) : std::malloc(size));
         if (!fresh) throw std::bad_alloc();
         std::free(m_buffer);
         m_buffer = fresh;
-        m_untouched = 0;
+        m_untouched = zeroed ? 0 : size;
     } else {
         BYTE* grown = static_cast<BYTE*>(std::realloc(m_buffer, size));
         if (!grown) throw std::bad_alloc();
@@ -70,6 +71,13 @@ ULONGLONG CMemFile::Seek(int64_t offset, UINT from) {
 void CMemFile::SetLength(ULONGLONG length) {
     Reserve(length);
     if (length > m_length) ZeroRange(m_length, length);
+    m_length = length;
+    m_position = std::min(m_position, m_length);
+}
+
+void CMemFile::SetLengthForOverwrite(ULONGLONG length) {
+    Reserve(length, false);
+    if (length > m_length) m_untouched = std::max<size_t>(m_untouched, static_cast<size_t>(length));
     m_length = length;
     m_position = std::min(m_position, m_length);
 }

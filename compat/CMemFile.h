@@ -45,6 +45,9 @@ public:
     ULONGLONG GetLength() const override { return m_length; }
     // Growing fills the new bytes with zeros; the position is kept (clamped to the new length).
     void SetLength(ULONGLONG length) override;
+    // As SetLength, but the bytes it exposes are left as they are, for a caller that
+    // is about to overwrite every one of them (a frame whose payload is all there).
+    void SetLengthForOverwrite(ULONGLONG length);
     ULONGLONG GetPosition() const override { return m_position; }
 
     // bufferRead: *start = current position, *max = start + min(count, bytes left); the
@@ -52,7 +55,8 @@ public:
     UINT GetBufferPtr(UINT command, UINT count = 0, void** start = nullptr, void** max = nullptr);
 
 private:
-    void Reserve(ULONGLONG length);
+    // zeroed: a fresh block is to come zeroed (else its contents do not matter).
+    void Reserve(ULONGLONG length, bool zeroed = true);
     // Makes [from, to) zeros, skipping what is still untouched.
     void ZeroRange(ULONGLONG from, ULONGLONG to);
 

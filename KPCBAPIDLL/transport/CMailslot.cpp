@@ -85,15 +85,20 @@ int CMailslot::SendFrame(CFile& file) {
 int CMailslot::ReceiveFrame(CMemFile& file) {
     uint32_t length = 0;
     if (!ReadBytes(&length, 4, 0)) return 0;
+    uint32_t waiting = 0;
     if (length) {
         // The memory file takes the announced size, but a length far beyond the
         // payload that actually waits is refused rather than allocated.
-        uint32_t waiting = 0;
         if (!platform::NextSlotMessageSize(handle, &waiting)) return 0;
         if (waiting > length) return 0;  // would not fit: the read fails, the message stays
         if (length - waiting > kLargestPadding) return 0;
     }
-    file.SetLength(length);
+    // A payload of the announced size overwrites every byte, so zeros first would be
+    // wasted; a shorter one leaves the rest as SetLength made it.
+    if (length && waiting == length)
+        file.SetLengthForOverwrite(length);
+    else
+        file.SetLength(length);
     file.SeekToBegin();
     void* start = nullptr;
     file.GetBufferPtr(CFile::bufferRead, length, &start, nullptr);

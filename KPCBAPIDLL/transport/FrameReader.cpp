@@ -28,7 +28,7 @@ FrameResult ReceiveFrameWithin(CMailslot& slot, CMemFile& file, int waitMs, int 
         platform::ReadSlot(slot.GetHandle(), stray.data(), payloadSize, &read);
         return FrameResult::Malformed;
     }
-    file.SetLength(length);
+    file.SetLengthForOverwrite(length);  // the payload fills it all
     void* start = nullptr;
     file.GetBufferPtr(CFile::bufferRead, length, &start, nullptr);
     file.SeekToBegin();
