@@ -116,4 +116,44 @@ TEST(MemFile, BufferPointerFilledInPlace) {
     EXPECT_EQ(Hex(FileBytes(file)), "66 72 61 6D 65 21");
 }
 
+TEST(MemFile, BytesExposedAfterAnyUseAreZeros) {
+    // Grown while holding data (the block moves), written through the buffer pointer,
+    // shrunk and grown again, written past the end: every exposed byte reads 0.
+    CMemFile file(16);
+    FillFile(file, {1, 2, 3});
+    file.SetLength(100000);
+    Bytes expected(100000, 0);
+    expected[0] = 1;
+    expected[1] = 2;
+    expected[2] = 3;
+    EXPECT_TRUE(FileBytes(file) == expected);
+    file.SeekToBegin();
+    void* start = nullptr;
+    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 100000, &start, nullptr), 100000u);
+    std::memset(start, 0xAB, 100000);
+    file.SetLength(2);
+    file.SetLength(6);
+    EXPECT_EQ(Hex(FileBytes(file)), "AB AB 00 00 00 00");
+    file.SetLength(1);
+    file.Seek(4, CFile::begin);
+    file.Write("Z", 1);
+    EXPECT_EQ(Hex(FileBytes(file)), "AB 00 00 00 5A");
+}
+
+TEST(MemFile, LengthForOverwriteThenFilledWhole) {
+    // How a frame whose payload is all there is received: no zeros written first.
+    CMemFile file(1024);
+    FillFile(file, {9, 9});
+    file.SetLengthForOverwrite(5);
+    EXPECT_EQ(file.GetLength(), 5u);
+    file.SeekToBegin();
+    void* start = nullptr;
+    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 5, &start, nullptr), 5u);
+    std::memcpy(start, "abcde", 5);
+    EXPECT_EQ(Hex(FileBytes(file)), "61 62 63 64 65");
+    file.SetLength(2);
+    file.SetLength(4);  // what the overwrite exposed is no exception to the zeros
+    EXPECT_EQ(Hex(FileBytes(file)), "61 62 00 00");
+}
+
 }  // namespace
