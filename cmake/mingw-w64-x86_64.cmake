@@ -24,8 +24,8 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "${KPCB_MINGW_STATIC_RUNTIME}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${KPCB_MINGW_STATIC_RUNTIME}")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "${KPCB_MINGW_STATIC_RUNTIME}")
 
-# Test programs run under Wine on this machine.
+# Windows programs run on this machine under Wine, through wine-run.sh.
 find_program(KPCB_WINE NAMES wine)
 if(KPCB_WINE)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${KPCB_WINE})
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-run.sh)
 endif()

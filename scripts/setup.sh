@@ -9,6 +9,7 @@ packages=(
   libboost-dev libzmq3-dev pkg-config
   python3 valgrind
   libcli11-dev
+  g++-mingw-w64-x86-64 binutils-mingw-w64-x86-64 wine wine64
 )
 
 missing=()

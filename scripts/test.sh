@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up the machine, builds everything and runs the whole test suite twice:
-# a plain build, then one under AddressSanitizer and UndefinedBehaviorSanitizer.
+# a plain build, then one under AddressSanitizer and UndefinedBehaviorSanitizer;
+# then the Windows x64 build and its suite under Wine (scripts/test-windows.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -23,3 +24,4 @@ scripts/valgrind.sh build/test
 echo "== fuzz smoke runs (libFuzzer, a minute per target)"
 scripts/fuzz.sh "${KPCB_FUZZ_SECONDS:-60}"
 echo "== Python binding" && bindings/python/run_tests.sh build/test/bin
+echo "== Windows x64 build under Wine" && KPCB_SETUP_DONE=1 scripts/test-windows.sh

@@ -12,7 +12,8 @@ void SetEnv(const char* name, const std::string& value);
 void UnsetEnv(const char* name);
 
 // True when no process started by this one is left, running or (on POSIX) waiting
-// to be reaped.
+// to be reaped. On Windows, where a started process stays this one's child, children
+// get a few seconds to end.
 bool NoChildren();
 
 // The file name (no folder) of the program that a running process executes.

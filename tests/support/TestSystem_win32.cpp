@@ -61,14 +61,20 @@ void UnsetEnv(const char* name) {
     SetEnvironmentVariableA(name, nullptr);
 }
 
+// A process that has just said its last word (a viewer's failing hello) may still be
+// on its way out: children get a few seconds to end.
 bool NoChildren() {
     const DWORD self = GetCurrentProcessId();
-    bool none = true;
-    ForEachProcess([&](const PROCESSENTRY32& entry) {
-        none = entry.th32ParentProcessID != self;
-        return none;
-    });
-    return none;
+    for (int attempt = 0; attempt < 250; ++attempt) {
+        bool none = true;
+        ForEachProcess([&](const PROCESSENTRY32& entry) {
+            none = entry.th32ParentProcessID != self;
+            return none;
+        });
+        if (none) return true;
+        Sleep(20);
+    }
+    return false;
 }
 
 std::string ExecutableNameOf(int pid) {
