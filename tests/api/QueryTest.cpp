@@ -354,7 +354,7 @@ TEST(Capture, BitmapIsOneWayAndExportWaitsWithoutLiveness) {
     FakeViewer viewer;
     CKPRCI__BaseRV anything;
     anything.SetErrorCode(-201);
-    viewer.AnswerWith(anything);
+    viewer.AnswerWith(anything, 2);  // after the export's own frame, not the capture's
     EXPECT_EQ(KPCB_ExportBitmap_CurrentImage(viewer.pid(), ""), 0);
     EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid(), "/out/board.pdbba"), 0);
     CKPRCI_Capture_ExportBitmap bitmap;
