@@ -18,6 +18,7 @@ started=$(date +%s)
 export WINEPREFIX="$PWD/$build/wineprefix"
 export WINEDEBUG=-all
 export WINEARCH=win64
+export WINEDLLOVERRIDES="mscoree,mshtml="  # no .NET or HTML engine to offer to install
 unset DISPLAY  # headless on every machine
 mkdir -p "$build"
 # The server and Wine's own services (started by wineboot) live for the whole run;
