@@ -62,6 +62,10 @@ if(missing)
 endif()
 message(STATUS "all ${declaredCount} C functions of ${HEADER} are exported undecorated")
 
+# The plain names and the overloads that callers bind to, whatever the header says.
+include(${CMAKE_CURRENT_LIST_DIR}/interface_names.cmake)
+kpcb_check_plain_names("${exports}")
+
 # The pointer arrays: the shared check, on the demangled export names. Their index
 # type (INT_PTR) is long long on Windows x64.
 string(REPLACE ";" "\n" names "${exports}")
@@ -71,6 +75,11 @@ execute_process(COMMAND ${CXXFILT} INPUT_FILE ${WORK_DIR}/exports.txt OUTPUT_FIL
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "${CXXFILT} failed")
 endif()
+file(READ ${WORK_DIR}/exports-demangled.txt demangled)
+
+# DWORD is unsigned long on Windows.
+kpcb_check_overloads("${demangled}" "unsigned long")
+
 set(SYMBOLS_FILE ${WORK_DIR}/exports-demangled.txt)
 set(INDEX_TYPE "long long")
 include(${PTRARRAY_CHECK})

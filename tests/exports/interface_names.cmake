@@ -1,0 +1,72 @@
+# The interface that callers, often of other languages, bind to by name: the 62
+# plain names (one of them, KPCB_Highlight_ZoomNetSegment, takes C++ objects and is
+# declared in KPCBAPI.hpp) and the ten overloads that take MFC-style types, exported
+# under their decorated names. Included by the export-table checks of each platform.
+
+set(KPCB_PLAIN_NAMES
+  KPCB_Launch KPCB_Launch_HideMode KPCB_IsRunning KPCB_Exit
+  KPCB_ZoomIn KPCB_ZoomOut KPCB_ZoomFitSize KPCB_ZoomArea KPCB_RotateBoard KPCB_ViewMirror
+  KPCB_ViewMirror_Clear KPCB_ViewLayer_Top KPCB_ViewLayer_Btm KPCB_ViewLayer_All
+  KPCB_SetWindowPosition KPCB_SetMainTitle KPCB_Component_OnOff KPCB_Route_OnOff
+  KPCB_PickingTool_OnOff KPCB_RedMark_OnOff KPCB_MiniMap_OnOff
+  KPCB_Highlight KPCB_Highlight_DependentColor KPCB_Highlight_DependentColor_AllLayer
+  KPCB_Highlight_SpecificLayer KPCB_Highlight_RefPin KPCB_Highlight_RefPin_Zoom
+  KPCB_ZoomHighlightForSection_NetRefPin KPCB_Highlight_ZoomNetSegment
+  KPCB_Highlight_SetCurrentColor KPCB_Highlight_Clear
+  KPCB_Visible_Layers KPCB_Visible_Layers_Only KPCB_Visible_ECAD_Layers KPCB_Visible_ECAD_Layers_Only
+  KPCB_RedMarkSave KPCB_RedMarkLoad KPCB_CallSelectedItemFromRedMark KPCB_RemoveItemFromRedMarkList
+  KPCB_SetStatusForCallingRedMark KPCB_GetStatusForCallingRedMark
+  KPCB_GetPinCountFromPart KPCB_GetPinCountFromReference KPCB_GetPinPitch
+  KPCB_GetPinPitchFrom2PinComponent KPCB_GetReferenceCountForPlace
+  KPCB_GetReferenceCountForPlaceOfPart KPCB_GetReferencePlaceStatus KPCB_GetPinListInfoOfNet_RefPin
+  KPCB_PolygonMergeCreate KPCB_PolygonMergeRun KPCB_PolygonMergeDestroy
+  KPCB_GetCWPolygonCount KPCB_GetCWPolygonPointCount KPCB_GetCWPolygonPointData
+  KPCB_GetCWPolygonPointDataArray KPCB_GetCCWPolygonCount KPCB_GetCCWPolygonPointCount
+  KPCB_GetCCWPolygonPointData KPCB_GetCCWPolygonPointDataArray
+  KPCB_ExportBitmap_CurrentImage KPCB_ExportPDBAscii)
+
+# Fails unless every plain name is in the list of exported names.
+function(kpcb_check_plain_names exports)
+  list(LENGTH KPCB_PLAIN_NAMES count)
+  if(NOT count EQUAL 62)
+    message(FATAL_ERROR "the list of plain names has ${count} entries, not 62")
+  endif()
+  set(missing "")
+  foreach(name ${KPCB_PLAIN_NAMES})
+    list(FIND exports ${name} found)
+    if(found EQUAL -1)
+      list(APPEND missing ${name})
+    endif()
+  endforeach()
+  if(missing)
+    string(REPLACE ";" "\n  " missing "${missing}")
+    message(FATAL_ERROR "plain names missing from the export table:\n  ${missing}")
+  endif()
+  message(STATUS "all 62 plain names are exported")
+endfunction()
+
+# Fails unless every overload is a line of the demangled export names; dword is the
+# spelling of DWORD there.
+function(kpcb_check_overloads demangled dword)
+  set(overloads
+    "KPCB_Launch(CString, int)"
+    "KPCB_SetZoomArea(int, double const&, double const&, double const&, double const&)"
+    "KPCB_Highlight_RefPin(int, CString&, CStringArray&, ${dword}, int, int)"
+    "KPCB_Highlight_Clear_Basic(int)" "KPCB_Highlight_Clear_Explorer(int)" "KPCB_Highlight_Clear_Picking(int)"
+    "KPCB_Visible_Layers(int, CStringArray&, int, int)"
+    "KPCB_Backup_Current_Layers(int)" "KPCB_Restore_Current_Layers(int)"
+    "KPCB_Explorer(int const&, int const&, CString const&)")
+  set(demangled "\n${demangled}\n")
+  set(missing "")
+  foreach(overload ${overloads})
+    string(FIND "${demangled}" "\n${overload}\n" at)
+    if(at EQUAL -1)
+      list(APPEND missing "${overload}")
+    endif()
+  endforeach()
+  if(missing)
+    string(REPLACE ";" "\n  " missing "${missing}")
+    message(FATAL_ERROR "overloads missing from the export table:\n  ${missing}")
+  endif()
+  message(STATUS "all 10 overloads are exported")
+endfunction()
