@@ -8,8 +8,11 @@
 //       net, else 0;
 //   net segments: -201 for an unknown net, -200 when the list is empty or an index
 //       is not one of the net's routing objects (tracks and vias in board order).
+// The pins highlight with its zoom flag, the section and the segments highlights also
+// bring what they mark into view, when their verdict is 0.
 #include "BoardQueries.h"
 #include "Dispatcher.h"
+#include "HighlightMarks.h"
 #include "HighlightRecords.h"
 #include "LayerRecords.h"
 
@@ -58,6 +61,31 @@ int SegmentsVerdict(const CPdb& pdb, const Highlight& h) {
     return 0;
 }
 
+// Shows the zoom area around what the highlight marks, as an explicit zoom area does.
+void ZoomTo(const Highlight& h, ViewerContext& context) {
+    const CRectD box = MarkedExtent(*context.board, h);
+    if (box.IsEmpty()) return;
+    const CRectD area = ZoomAreaAround(box);
+    ViewState& view = context.view;
+    view.area[0] = area.minX;
+    view.area[1] = area.minY;
+    view.area[2] = area.maxX;
+    view.area[3] = area.maxY;
+    view.hasZoomArea = true;
+    view.fitted = false;
+    view.zoomSteps = 0;
+}
+
+// Keeps the highlight, zooms to it when asked and the names were right, and answers.
+Answer Keep(Highlight h, int verdict, bool zoom, std::string note, ViewerContext& context) {
+    context.view.highlights.push_back(h);
+    if (zoom && verdict == 0) {
+        ZoomTo(h, context);
+        note += " (zoomed)";
+    }
+    return Done(verdict, std::move(note));
+}
+
 Answer Named(CKPRCI__Base& base, ViewerContext& context) {
     auto& record = static_cast<CKPRCI_Highlight&>(base);
     Highlight h;
@@ -66,9 +94,8 @@ Answer Named(CKPRCI__Base& base, ViewerContext& context) {
     h.names = ToStrings(record.GetObjectNameList());
     h.layers = ToStrings(record.GetSpecificLayerList());
     h.color = record.GetHighlightColor();
-    context.view.highlights.push_back(h);
-    return Done(NamedVerdict(*context.board, h),
-                "highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names));
+    return Keep(h, NamedVerdict(*context.board, h), false,
+                "highlight kind " + std::to_string(h.objectKind) + " " + Joined(h.names), context);
 }
 
 Answer Color(CKPRCI__Base& base, ViewerContext& context) {
@@ -83,8 +110,8 @@ Answer RefPins(CKPRCI__Base& base, ViewerContext& context) {
     h.ref = record.GetRefName().str();
     h.names = ToStrings(record.GetPinNames());
     h.color = record.GetHighlightColor();
-    context.view.highlights.push_back(h);
-    return Done(RefPinsVerdict(*context.board, h), "highlight pins " + h.ref + " " + Joined(h.names));
+    return Keep(h, RefPinsVerdict(*context.board, h), record.GetZoom() != 0,
+                "highlight pins " + h.ref + " " + Joined(h.names), context);
 }
 
 Answer Section(CKPRCI__Base& base, ViewerContext& context) {
@@ -94,8 +121,7 @@ Answer Section(CKPRCI__Base& base, ViewerContext& context) {
     h.names = {record.GetNetName().str(), record.GetRef1Name().str(), record.GetPin1Name().str(),
                record.GetRef2Name().str(), record.GetPin2Name().str()};
     h.color = context.view.currentHighlightColor;
-    context.view.highlights.push_back(h);
-    return Done(SectionVerdict(*context.board, h.names), "highlight section " + Joined(h.names));
+    return Keep(h, SectionVerdict(*context.board, h.names), true, "highlight section " + Joined(h.names), context);
 }
 
 Answer Segments(CKPRCI__Base& base, ViewerContext& context) {
@@ -106,8 +132,7 @@ Answer Segments(CKPRCI__Base& base, ViewerContext& context) {
     const CArrayN segments = record.GetSegmentIndex();
     for (INT_PTR i = 0; i < segments.GetSize(); ++i) h.segments.push_back(segments[i]);
     h.color = record.GetColor();
-    context.view.highlights.push_back(h);
-    return Done(SegmentsVerdict(*context.board, h), "highlight segments of " + h.names[0]);
+    return Keep(h, SegmentsVerdict(*context.board, h), true, "highlight segments of " + h.names[0], context);
 }
 
 Answer Layers(CKPRCI__Base& base, ViewerContext& context) {

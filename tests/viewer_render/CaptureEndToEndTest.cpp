@@ -161,6 +161,26 @@ Blob Find(const Bmp& bmp, const Color& c) {
     return blob;
 }
 
+// The smallest box of pixels that holds every pixel of one colour (empty: min > max).
+struct PixelBox {
+    int minX = 1 << 30, minY = 1 << 30, maxX = -1, maxY = -1;
+    int Width() const { return maxX >= minX ? maxX - minX + 1 : 0; }
+    int Height() const { return maxY >= minY ? maxY - minY + 1 : 0; }
+};
+
+PixelBox BoxOf(const Bmp& bmp, const Color& c) {
+    PixelBox box;
+    for (int y = 0; y < bmp.height; ++y)
+        for (int x = 0; x < bmp.width; ++x)
+            if (bmp.At(x, y) == c) {
+                box.minX = std::min(box.minX, x);
+                box.minY = std::min(box.minY, y);
+                box.maxX = std::max(box.maxX, x);
+                box.maxY = std::max(box.maxY, y);
+            }
+    return box;
+}
+
 }  // namespace
 
 TEST_F(Capture, PictureHasTheWindowSizeWithinItsLimits) {
@@ -226,20 +246,84 @@ TEST_F(Capture, SectionAndSegmentHighlightsFollowTheNetsRouting) {
     ASSERT_GT(viewer.pid, 0);
     const View view;
     // SCL from J1-4 to U1-9: along x = 16 down to y = 22, then to x = 44.5 and up.
+    // The section zooms to itself; back in the fitted view it is still highlighted.
     EXPECT_EQ(KPCB_Highlight_SetCurrentColor(viewer.pid, 10, 250, 120), 0);
     EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "SCL", "J1", "4", "U1", "9"), 0);
-    Bmp bmp = Take(viewer.pid);
     const Color section{10, 250, 120};
+    const PixelBox zoomed = BoxOf(Take(viewer.pid), section);
+    EXPECT_EQ(KPCB_ZoomFitSize(viewer.pid), 0);
+    Bmp bmp = Take(viewer.pid);
     EXPECT_EQ(ColorAt(bmp, view, Point{16, 28}), section);
     EXPECT_EQ(ColorAt(bmp, view, Point{44.5, 26}), section);
     EXPECT_EQ(ColorAt(bmp, view, PinAt("U1", "9")), section);
     EXPECT_NE(ColorAt(bmp, view, Point{30.8, 21}), section) << "the branch to R3 is not on the way";
     EXPECT_NE(ColorAt(bmp, view, PinAt("U3", "6")), section) << "nor is the bottom run to U3";
 
+    // Zoomed, the section sat in the middle of the picture, larger than when fitted.
+    const PixelBox fitted = BoxOf(bmp, section);
+    ASSERT_GT(zoomed.Width(), 0);
+    EXPECT_NEAR((zoomed.minX + zoomed.maxX) / 2.0, 512, 2);
+    EXPECT_NEAR((zoomed.minY + zoomed.maxY) / 2.0, 384, 2);
+    EXPECT_GT(zoomed.Width(), 1.5 * fitted.Width());
+    EXPECT_GT(zoomed.Height(), 1.5 * fitted.Height());
+
     // LED_A's only track is its routing object 0.
+    EXPECT_EQ(KPCB_ZoomFitSize(viewer.pid), 0);
     EXPECT_EQ(KPCB_Highlight_ZoomNetSegment(viewer.pid, CString("LED_A"), CArrayN{0}, 0x00336699), 0);
+    EXPECT_EQ(KPCB_ZoomFitSize(viewer.pid), 0);
     bmp = Take(viewer.pid);
     EXPECT_EQ(ColorAt(bmp, view, Point{56, 30}), (Color{0x99, 0x66, 0x33}));
+}
+
+TEST_F(Capture, ZoomingHighlightsShowWhatTheyMarkWithAMargin) {
+    Viewer viewer(boardFile);
+    ASSERT_GT(viewer.pid, 0);
+    // The documented zoom area: the marked box with a quarter of its longer side, at
+    // least 1 mm, added on every side.
+    auto zoomedTo = [](CRectD box) {
+        const double margin = std::max(std::max(box.Width(), box.Height()) / 4, 1.0);
+        View view;
+        view.area = true;
+        view.x1 = box.minX - margin, view.y1 = box.minY - margin;
+        view.x2 = box.maxX + margin, view.y2 = box.maxY + margin;
+        return view;
+    };
+    // Where the box lies in the picture of that view.
+    auto expectedBox = [&](const View& view, const CRectD& box) {
+        const Point a = view.ToPixel(*board, Point{box.minX, box.maxY});
+        const Point b = view.ToPixel(*board, Point{box.maxX, box.minY});
+        return PixelBox{static_cast<int>(std::floor(a.x)), static_cast<int>(std::floor(a.y)),
+                        static_cast<int>(std::ceil(b.x)) - 1, static_cast<int>(std::ceil(b.y)) - 1};
+    };
+    auto expectNear = [](const PixelBox& got, const PixelBox& want, const char* what) {
+        EXPECT_NEAR(got.minX, want.minX, 2) << what;
+        EXPECT_NEAR(got.minY, want.minY, 2) << what;
+        EXPECT_NEAR(got.maxX, want.maxX, 2) << what;
+        EXPECT_NEAR(got.maxY, want.maxY, 2) << what;
+    };
+
+    // One pin: a 1.7 mm square pad, so the 1 mm margin applies.
+    const Color mark{255, 0, 255};
+    const CRectD pad = board->FindPin(CString("J1"), CString("1"))->GetPadRect();
+    EXPECT_EQ(KPCB_Highlight_RefPin_Zoom(viewer.pid, "J1", "1", ",", 255, 0, 255, 0), 0);
+    const PixelBox padBox = BoxOf(Take(viewer.pid), mark);
+    expectNear(padBox, expectedBox(zoomedTo(pad), pad), "zoomed to a pin");
+
+    // Neither a pins highlight without zoom nor a zooming one whose names are wrong
+    // moves the view.
+    EXPECT_EQ(KPCB_Highlight_RefPin(viewer.pid, "U1", "1", ",", 0, 255, 0, 0), 0);
+    EXPECT_EQ(KPCB_Highlight_RefPin_Zoom(viewer.pid, "J1", "99", ",", 0, 255, 0, 0), -201);
+    EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "SCL", "J1", "4", "U1", "99"), -200);
+    expectNear(BoxOf(Take(viewer.pid), mark), padBox, "the view stays");
+
+    // One track: the box of its round-ended stroke, a quarter of its length around it.
+    EXPECT_EQ(KPCB_Highlight_Clear(viewer.pid), 0);
+    const CPNet* net = board->FindNet(CString("LED_A"));
+    ASSERT_NE(net, nullptr);
+    const CRectD track = net->GetRoute().GetAt(0)->GetBoundingRect();
+    EXPECT_EQ(KPCB_Highlight_ZoomNetSegment(viewer.pid, CString("LED_A"), CArrayN{0}, 0x00336699), 0);
+    expectNear(BoxOf(Take(viewer.pid), Color{0x99, 0x66, 0x33}), expectedBox(zoomedTo(track), track),
+               "zoomed to a track");
 }
 
 TEST_F(Capture, MirrorRotationAndZoomMoveAPadWhereTheTransformSays) {
