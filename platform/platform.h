@@ -31,7 +31,9 @@ bool WriteSlot(SlotHandle slot, const void* data, uint32_t count, uint32_t* writ
 bool ReadSlot(SlotHandle slot, void* data, uint32_t capacity, uint32_t* read);
 // Size of the next message, waiting up to timeoutMs (-1: for ever). Returns false on
 // time-out, error or a signal. Lets a server wait with a bound and size its buffer.
-bool PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size);
+// sender, when given, receives the id of the process that sent the message where the
+// system tells it (POSIX), else 0 (Windows mailslots do not).
+bool PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size, int* sender = nullptr);
 // Size of the next message, waiting as ReadSlot does.
 bool NextSlotMessageSize(SlotHandle slot, uint32_t* size);
 // 0 waits for ever (the default).

@@ -53,7 +53,7 @@ bool ViewerServer::Open() { return m_commandSlot.Open() == 1; }
 void ViewerServer::Run() {
     CMemFile frame(1024);
     while (!platform::CloseRequested()) {
-        switch (ReceiveFrameWithin(m_commandSlot, frame, kPollMs)) {
+        switch (m_frames.Receive(m_commandSlot, frame, kPollMs)) {
         case FrameResult::Nothing:
             break;
         case FrameResult::Malformed:
@@ -65,7 +65,7 @@ void ViewerServer::Run() {
         }
     }
     // Serve what was already sent before the close request: nothing handed over is lost.
-    for (FrameResult r; (r = ReceiveFrameWithin(m_commandSlot, frame, 0)) != FrameResult::Nothing;)
+    for (FrameResult r; (r = m_frames.Receive(m_commandSlot, frame, 0)) != FrameResult::Nothing;)
         if (r == FrameResult::Frame) Serve(frame);
 }
 

@@ -7,6 +7,7 @@
 
 #include "CMailslot.h"
 #include "Dispatcher.h"
+#include "FrameReader.h"
 #include "Journal.h"
 
 namespace viewer {
@@ -28,6 +29,7 @@ private:
     Dispatcher m_dispatcher;
     int m_pid;
     CMailslot m_commandSlot;
+    FrameReceiver m_frames;
     // A request that the library sends twice waits here for its second copy.
     std::vector<unsigned char> m_pendingImage;
     Answer m_pendingAnswer;

@@ -1,39 +1,102 @@
 #include "FrameReader.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <thread>
 #include <vector>
 
-FrameResult ReceiveFrameWithin(CMailslot& slot, CMemFile& file, int waitMs, int payloadWaitMs) {
-    uint32_t size = 0;
-    if (!platform::PeekSlotMessageSize(slot.GetHandle(), waitMs, &size)) return FrameResult::Nothing;
-    // The first message should be the 4-byte length; anything else is read whole and dropped.
-    unsigned char small[16];
-    std::vector<unsigned char> large(size > sizeof(small) ? size : 0);
-    unsigned char* first = large.empty() ? small : large.data();
+namespace {
+// At most this many senders may have a length waiting for its payload; an overflow
+// drops them all (a frame of a sender that is alive comes again complete).
+constexpr size_t kMostAnnouncers = 64;
+
+// Reads the next message whole (size bytes) and forgets it.
+void Discard(CMailslot& slot, uint32_t size) {
+    std::vector<unsigned char> stray(size ? size : 1);
     uint32_t read = 0;
-    if (!platform::ReadSlot(slot.GetHandle(), first, size, &read)) return FrameResult::Malformed;
-    if (read != 4) return FrameResult::Malformed;
-    uint32_t length;
-    std::memcpy(&length, first, 4);
-    file.SetLength(0);
-    file.SeekToBegin();
-    if (length == 0) return FrameResult::Frame;
-    uint32_t payloadSize = 0;
-    if (!platform::PeekSlotMessageSize(slot.GetHandle(), payloadWaitMs, &payloadSize)) return FrameResult::Malformed;
-    if (payloadSize != length) {
-        // Not the payload that was announced: consume it so the slot stays in step.
-        std::vector<unsigned char> stray(payloadSize ? payloadSize : 1);
-        platform::ReadSlot(slot.GetHandle(), stray.data(), payloadSize, &read);
-        return FrameResult::Malformed;
+    platform::ReadSlot(slot.GetHandle(), stray.data(), size, &read);
+}
+}  // namespace
+
+bool FrameReceiver::DropOverdue() {
+    const auto now = std::chrono::steady_clock::now();
+    bool dropped = false;
+    for (auto it = m_announced.begin(); it != m_announced.end();) {
+        if (it->second.until <= now) {
+            it = m_announced.erase(it);
+            dropped = true;
+        } else {
+            ++it;
+        }
     }
-    file.SetLengthForOverwrite(length);  // the payload fills it all
-    void* start = nullptr;
-    file.GetBufferPtr(CFile::bufferRead, length, &start, nullptr);
-    file.SeekToBegin();
-    if (!platform::ReadSlot(slot.GetHandle(), start, length, &read) || read != length) return FrameResult::Malformed;
-    return FrameResult::Frame;
+    return dropped;
+}
+
+int FrameReceiver::MsUntilFirstDue() const {
+    auto first = m_announced.begin()->second.until;
+    for (const auto& entry : m_announced) first = std::min(first, entry.second.until);
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(first - std::chrono::steady_clock::now());
+    return static_cast<int>(std::max<long long>(left.count() + 1, 1));
+}
+
+FrameResult FrameReceiver::Receive(CMailslot& slot, CMemFile& file, int waitMs) {
+    for (;;) {
+        if (DropOverdue()) return FrameResult::Malformed;
+        const bool awaiting = !m_announced.empty();
+        const int wait = awaiting ? MsUntilFirstDue() : waitMs;
+        const auto waitStart = std::chrono::steady_clock::now();
+        uint32_t size = 0;
+        int sender = 0;
+        if (!platform::PeekSlotMessageSize(slot.GetHandle(), wait, &size, &sender)) {
+            // Nothing came: give up the overdue lengths at the top; a wait cut short
+            // (the server's close request) returns so that the server can look.
+            if (!awaiting) return FrameResult::Nothing;
+            if (std::chrono::steady_clock::now() - waitStart < std::chrono::milliseconds(wait)) return FrameResult::Nothing;
+            continue;
+        }
+
+        const auto announced = m_announced.find(sender);
+        if (announced != m_announced.end()) {
+            const uint32_t length = announced->second.length;
+            m_announced.erase(announced);
+            if (size != length) {
+                // Not the payload that was announced: consume it so the slot stays in step.
+                Discard(slot, size);
+                return FrameResult::Malformed;
+            }
+            file.SetLength(0);
+            file.SeekToBegin();
+            file.SetLengthForOverwrite(length);  // the payload fills it all
+            void* start = nullptr;
+            file.GetBufferPtr(CFile::bufferRead, length, &start, nullptr);
+            file.SeekToBegin();
+            uint32_t read = 0;
+            if (!platform::ReadSlot(slot.GetHandle(), start, length, &read) || read != length)
+                return FrameResult::Malformed;
+            return FrameResult::Frame;
+        }
+
+        // A sender's first message must be the 4-byte length; anything else is dropped.
+        if (size != 4) {
+            Discard(slot, size);
+            return FrameResult::Malformed;
+        }
+        uint32_t length = 0;
+        uint32_t read = 0;
+        if (!platform::ReadSlot(slot.GetHandle(), &length, 4, &read) || read != 4) return FrameResult::Malformed;
+        if (length == 0) {
+            file.SetLength(0);
+            file.SeekToBegin();
+            return FrameResult::Frame;
+        }
+        if (m_announced.size() >= kMostAnnouncers) {
+            m_announced.clear();
+            return FrameResult::Malformed;
+        }
+        m_announced[sender] = Announced{length, std::chrono::steady_clock::now() +
+                                                    std::chrono::milliseconds(m_payloadWaitMs)};
+    }
 }
 
 int OpenWhenReady(CMailslot& slot, int openWaitMs) {

@@ -2,6 +2,9 @@
 // its close request, and refuses frames that break the rules instead of blocking.
 #pragma once
 
+#include <chrono>
+#include <map>
+
 #include "CMailslot.h"
 
 enum class FrameResult {
@@ -10,9 +13,32 @@ enum class FrameResult {
     Malformed,  // messages that do not form a frame; they were consumed and dropped
 };
 
-// Waits up to waitMs for a length message, then up to payloadWaitMs for its payload,
-// whose size must equal the announced length.
-FrameResult ReceiveFrameWithin(CMailslot& slot, CMemFile& file, int waitMs, int payloadWaitMs = 2000);
+// Reads the frames that arrive at one slot. Every sender writes a frame's two messages
+// in turn, but frames of different processes can interleave (A's length, B's length,
+// A's payload, ...). Where the system names the sender of each message (POSIX) each
+// length is paired with the next message of the same sender; where it does not
+// (Windows) messages pair in arrival order.
+class FrameReceiver {
+public:
+    // payloadWaitMs: how long an announced payload may take to follow its length.
+    explicit FrameReceiver(int payloadWaitMs = 2000) : m_payloadWaitMs(payloadWaitMs) {}
+
+    // Waits up to waitMs for a frame and puts its payload into file. A length whose
+    // payload has not come within the payload wait is dropped (Malformed); while one
+    // is awaited, the wait lasts until it comes or is given up.
+    FrameResult Receive(CMailslot& slot, CMemFile& file, int waitMs);
+
+private:
+    struct Announced {
+        uint32_t length;
+        std::chrono::steady_clock::time_point until;  // the payload must have come by then
+    };
+    bool DropOverdue();
+    int MsUntilFirstDue() const;
+
+    int m_payloadWaitMs;
+    std::map<int, Announced> m_announced;  // sender -> the length it announced
+};
 
 // Opens the write side of a slot that may appear a little later: retried for up to
 // openWaitMs. 1 when open.

@@ -27,6 +27,7 @@ namespace {
 struct Head {
     uint32_t size = 0;      // the message's size as the reader sees it
     bool envelope = false;  // the bytes are in a passed memfd
+    int sender = 0;         // the sending process, from its credentials
 };
 
 struct Slot {
@@ -62,8 +63,10 @@ struct Control {
 
 // Walks a received control block: closes every passed descriptor except the first,
 // which is returned in firstFd (or closed too when firstFd is null).
-void TakeControl(msghdr& message, uid_t owner, bool& fromOwnUser, int* firstFd, size_t* fdCount) {
+void TakeControl(msghdr& message, uid_t owner, bool& fromOwnUser, int* firstFd, size_t* fdCount,
+                 int* sender = nullptr) {
     fromOwnUser = false;
+    if (sender) *sender = 0;
     if (firstFd) *firstFd = -1;
     size_t count = 0;
     for (cmsghdr* c = CMSG_FIRSTHDR(&message); c; c = CMSG_NXTHDR(&message, c)) {
@@ -72,6 +75,7 @@ void TakeControl(msghdr& message, uid_t owner, bool& fromOwnUser, int* firstFd, 
             ucred credentials;
             std::memcpy(&credentials, CMSG_DATA(c), sizeof(credentials));
             fromOwnUser = credentials.uid == owner;
+            if (sender) *sender = static_cast<int>(credentials.pid);
         } else if (c->cmsg_type == SCM_RIGHTS) {
             const size_t n = (c->cmsg_len - CMSG_LEN(0)) / sizeof(int);
             for (size_t i = 0; i < n; ++i) {
@@ -148,13 +152,15 @@ PeekResult PeekHead(Slot* slot, Wait wait) {
         }
         bool own = false;
         size_t fdCount = 0;
-        TakeControl(message, slot->owner, own, nullptr, &fdCount);
+        int sender = 0;
+        TakeControl(message, slot->owner, own, nullptr, &fdCount, &sender);
         if (!own) {
             DropHead(slot);
             continue;
         }
         Head& head = slot->head;
         head = Head{};
+        head.sender = sender;
         if (fdCount == 1 && static_cast<size_t>(n) == kEnvelopeSize && std::memcmp(probe, kEnvelopeMagic, 8) == 0) {
             uint64_t length;
             std::memcpy(&length, probe + 8, sizeof(length));
@@ -362,11 +368,12 @@ bool WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
 int ReadTimeout(const Slot* slot) { return slot->timeoutMs > 0 ? slot->timeoutMs : -1; }
 }  // namespace
 
-bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size) {
+bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
     Slot* slot = AsSlot(handle);
     Head head;
     if (!slot || !WaitHead(slot, timeoutMs, true, head)) return false;
     if (size) *size = head.size;
+    if (sender) *sender = head.sender;
     return true;
 }
 

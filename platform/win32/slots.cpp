@@ -152,11 +152,12 @@ bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) 
     return true;
 }
 
-bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size) {
+bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
     Slot* slot = AsSlot(handle);
     uint32_t next = 0;
     if (!slot || !WaitHeadSize(*slot, timeoutMs, true, next)) return false;
     if (size) *size = next;
+    if (sender) *sender = 0;  // a mailslot does not tell who wrote a message
     return true;
 }
 

@@ -10,18 +10,14 @@
 #include "FakeViewer.h"
 #include "TestPaths.h"
 #include "TestSystem.h"
+#include "SlotTestSupport.h"
 #include "platform.h"
 
 using testing_support::Bytes;
+using transport_test::SlotPair;
+using transport_test::UniqueSlotName;
 
 namespace {
-
-CString UniqueSlotName(const char* tag) {
-    static int counter = 0;
-    CString name;
-    name.Format("\\\\.\\mailslot\\KPCBTEST\\%s\\%d\\%d", tag, platform::CurrentProcessId(), ++counter);
-    return name;
-}
 
 Bytes ReadOne(platform::SlotHandle slot, uint32_t capacity, bool* ok = nullptr) {
     Bytes out(capacity);
@@ -31,16 +27,6 @@ Bytes ReadOne(platform::SlotHandle slot, uint32_t capacity, bool* ok = nullptr) 
     out.resize(good ? read : 0);
     return out;
 }
-
-struct SlotPair {
-    explicit SlotPair(const char* tag) : name(UniqueSlotName(tag)), reader(0, name), writer(1, name) {
-        EXPECT_EQ(reader.Open(), 1);
-        EXPECT_EQ(writer.Open(), 1);
-    }
-    CString name;
-    CMailslot reader;
-    CMailslot writer;
-};
 
 }  // namespace
 
