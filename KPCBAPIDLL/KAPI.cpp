@@ -7,6 +7,7 @@
 #include "GCUtility.h"
 #include "KPCBAPI.hpp"
 #include "KapiFrame.h"
+#include "KeptConnections.h"
 #include "platform.h"
 
 namespace {
@@ -103,7 +104,7 @@ int KPCB_Launch_HideMode(const wchar_t* designFile) {
 }
 
 int KPCB_IsRunning(int pid) {
-    return kapi::Guarded([&] { return platform::ProcessExists(pid) ? 1 : 0; }, 0);
+    return kapi::Guarded([&] { return kapi::ViewerRunning(pid) ? 1 : 0; }, 0);
 }
 
 int KPCB_Exit(int pid, int wait) {
@@ -112,6 +113,7 @@ int KPCB_Exit(int pid, int wait) {
         if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         intptr_t window = 0;
         if (!WindowTable().Take(pid, window)) return KPCB_NOT_RUNNING;
+        kapi::ForgetViewer(pid);
         platform::RequestClose(pid, window);
         if (!wait) return KPCB_EXIT_NOT_WAITED;
         platform::WaitProcessExit(pid, -1);
@@ -122,5 +124,9 @@ int KPCB_Exit(int pid, int wait) {
 void KPCB_FreeString(wchar_t* text) { platform::FreeSysString(text); }
 
 void KPCB_SetReplyTimeout(int milliseconds) { kapi::SetReplyTimeout(milliseconds); }
+
+int KPCB_KeepConnections(int keep) {
+    return kapi::Guarded([&] { return kapi::SetKeepConnections(keep != 0) ? 1 : 0; }, 0);
+}
 
 }  // extern "C"

@@ -9,6 +9,7 @@
 #include "CArchive.h"
 #include "CMailslot.h"
 #include "CTokenizer.h"
+#include "KeptConnections.h"
 #include "platform.h"
 
 namespace kapi {
@@ -59,15 +60,36 @@ void SerializeRecord(CKPRCI__Base& record, CMemFile& file) {
 int SendOneWay(int pid, CKPRCI__Base& record) {
     CMemFile file(1024);
     SerializeRecord(record, file);
+    if (auto kept = ConnectionTo(pid)) return kept->SendFrame(file) ? kOk : kSlotUnavailable;
     CMailslot command(1, MakeCommandSlotName(pid));
     if (!command.Open()) return kSlotUnavailable;
     command.SendFrame(file);  // a failed write still counts as handed over
     return kOk;
 }
 
+namespace {
+// The query through a kept connection: the same steps, with the kept slots. A query
+// of another thread in progress holds the reply slot, as its name would be taken.
+int SendKeptQuery(KeptConnection& kept, int pid, CMemFile& file, CKPRCI__BaseRV& reply, Copies copies) {
+    std::unique_lock<std::mutex> lease(kept.ReplyLock(), std::try_to_lock);
+    if (!lease.owns_lock()) return kSlotUnavailable;
+    if (copies == Copies::Twice && !kept.SendFrame(file)) return kSlotUnavailable;
+    CMailslot* replySlot = kept.ReplySlot();
+    if (!replySlot) return kSlotUnavailable;
+    if (!kept.SendFrame(file)) return kSlotUnavailable;
+    if (ReplyTimeout() <= 0) platform::SetSlotReadTimeout(replySlot->GetHandle(), 0);  // a limit set earlier is gone
+    if (!AwaitAnswer(*replySlot, pid) || !ReceiveRecord(*replySlot, new CMemFile(1024), reply)) {
+        kept.DropReplySlot();
+        return kNoReply;
+    }
+    return kOk;
+}
+}  // namespace
+
 int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies) {
     CMemFile file(1024);
     SerializeRecord(request, file);
+    if (auto kept = ConnectionTo(pid)) return SendKeptQuery(*kept, pid, file, reply, copies);
     CMailslot command(1, MakeCommandSlotName(pid));
     if (!command.Open()) return kSlotUnavailable;
     if (copies == Copies::Twice) command.SendFrame(file);
@@ -99,7 +121,7 @@ bool AwaitAnswer(CMailslot& slot, int pid) {
         uint32_t size = 0;
         if (platform::PeekSlotMessageSize(slot.GetHandle(), static_cast<int>(std::min<long long>(left, kSliceMs)), &size))
             return true;
-        if (!platform::ProcessExists(pid)) {
+        if (!ViewerRunning(pid)) {
             // It may have answered just before it ended.
             return platform::PeekSlotMessageSize(slot.GetHandle(), 0, &size);
         }

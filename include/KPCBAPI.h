@@ -237,6 +237,16 @@ KPCBAPI_EXPORT int KPCB_ExtractPdbbFromZuken(const wchar_t* outputFile, const wc
  * process has ended. Process-wide; takes effect for calls that start afterwards. */
 KPCBAPI_EXPORT void KPCB_SetReplyTimeout(int milliseconds);
 
+/* Keeps connections to viewers open between calls when keep is non-zero: per viewer,
+ * the write side of its command slot, this process's reply slot and a watch on its
+ * process are made by the first call that needs them and reused by the calls after
+ * it, so that a call costs a fraction of what opening and closing them costs. Off
+ * (0, the default) every call opens and closes its own, as described above. While a
+ * process keeps the reply slot of a viewer, queries of other processes to that viewer
+ * find the name taken (-5); KPCB_Exit, a viewer found ended and switching keeping
+ * off let go of what was kept. Process-wide. Returns the previous setting (0 or 1). */
+KPCBAPI_EXPORT int KPCB_KeepConnections(int keep);
+
 /* ---- Freeing results ----------------------------------------------------- */
 
 /* Frees a string that the library allocated for a wchar_t** result. Null is ignored. */

@@ -38,6 +38,11 @@ bool PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size, int* se
 bool NextSlotMessageSize(SlotHandle slot, uint32_t* size);
 // 0 waits for ever (the default).
 void SetSlotReadTimeout(SlotHandle slot, int milliseconds);
+// Whether a write side that stays open fails its writes once the read side it
+// reached is closed, even when a new read side of the same name exists: then a
+// writer may be kept and opened again only when a write fails. True on POSIX (a
+// connected socket is refused by a closed peer); not relied on for mailslots.
+bool KeptWriterNoticesClosedReader();
 void CloseSlot(SlotHandle slot);
 
 // ---- Processes -------------------------------------------------------------
@@ -55,6 +60,17 @@ void RequestClose(int pid, intptr_t window);
 void AbandonProcess(int pid);
 // Waits for the process to end. With timeoutMs < 0 waits for ever. True when it ended.
 bool WaitProcessExit(int pid, int timeoutMs);
+
+// A held handle on one running process that tells whether it is still running
+// without looking it up again (a pidfd on Linux, a process handle on Windows), and
+// that cannot be fooled by a new process that reuses the id. Null when no such
+// process runs or the system cannot give one.
+using ProcessWatch = void*;
+ProcessWatch WatchProcess(int pid);
+// True while the watched process has not ended. Null: false.
+bool WatchedProcessRunning(ProcessWatch watch);
+// Null does nothing.
+void StopWatching(ProcessWatch watch);
 
 // Viewer side: makes the platform's close request (WM_CLOSE to the main window,
 // SIGTERM on POSIX) set a flag and interrupt slot waits. Returns the value that

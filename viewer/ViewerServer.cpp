@@ -102,12 +102,24 @@ void ViewerServer::Serve(CMemFile& frame) {
 void ViewerServer::Send(const Answer& answer) {
     const uint32_t size = static_cast<uint32_t>(answer.bytes.size());
     if (answer.channel == Answer::Channel::ReplySlot) {
-        if (!SendFrameTo(MakeReplySlotName(m_pid), answer.bytes.data(), size, kAnswerOpenWaitMs))
-            m_journal.Malformed("no reply slot to answer on");
+        if (!SendReply(answer.bytes.data(), size)) m_journal.Malformed("no reply slot to answer on");
     } else if (answer.channel == Answer::Channel::ReturnSlot) {
         if (!SendMessageTo(ReturnSlotName(), answer.bytes.data(), size, kAnswerOpenWaitMs))
             m_journal.Malformed("no return slot to acknowledge on");
     }
+}
+
+bool ViewerServer::SendReply(const void* bytes, uint32_t size) {
+    // The reply slot's write side is kept between answers where a kept writer notices
+    // a reply slot that was closed (and maybe made anew): a caller that keeps its
+    // reply slot then gets each answer without a new connection.
+    const bool keep = platform::KeptWriterNoticesClosedReader();
+    if (keep && m_replyWriter && WriteFrame(*m_replyWriter, bytes, size)) return true;
+    m_replyWriter.reset();
+    auto writer = std::make_unique<CMailslot>(1, MakeReplySlotName(m_pid));
+    if (!OpenWhenReady(*writer, kAnswerOpenWaitMs) || !WriteFrame(*writer, bytes, size)) return false;
+    if (keep) m_replyWriter = std::move(writer);
+    return true;
 }
 
 }  // namespace viewer

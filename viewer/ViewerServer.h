@@ -23,6 +23,7 @@ public:
 private:
     void Serve(CMemFile& frame);
     void Send(const Answer& answer);
+    bool SendReply(const void* bytes, uint32_t size);
 
     ViewerContext& m_context;
     Journal& m_journal;
@@ -30,6 +31,7 @@ private:
     int m_pid;
     CMailslot m_commandSlot;
     FrameReceiver m_frames;
+    std::unique_ptr<CMailslot> m_replyWriter;  // the reply slot's write side, kept between answers
     // A request that the library sends twice waits here for its second copy.
     std::vector<unsigned char> m_pendingImage;
     Answer m_pendingAnswer;

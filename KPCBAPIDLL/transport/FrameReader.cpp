@@ -33,6 +33,10 @@ bool FrameReceiver::DropOverdue() {
     return dropped;
 }
 
+void FrameReceiver::Announce(int sender, uint32_t length) {
+    m_announced[sender] = Announced{length, std::chrono::steady_clock::now() + std::chrono::milliseconds(m_payloadWaitMs)};
+}
+
 int FrameReceiver::MsUntilFirstDue() const {
     auto first = m_announced.begin()->second.until;
     for (const auto& entry : m_announced) first = std::min(first, entry.second.until);
@@ -61,7 +65,15 @@ FrameResult FrameReceiver::Receive(CMailslot& slot, CMemFile& file, int waitMs) 
             const uint32_t length = announced->second.length;
             m_announced.erase(announced);
             if (size != length) {
-                // Not the payload that was announced: consume it so the slot stays in step.
+                // Not the payload that was announced. A 4-byte message starts the
+                // sender's next frame (it sent a frame again after a cut-short one);
+                // anything else is consumed so that the slot stays in step.
+                if (size == 4) {
+                    uint32_t next = 0, read = 0;
+                    if (platform::ReadSlot(slot.GetHandle(), &next, 4, &read) && read == 4 && next != 0)
+                        Announce(sender, next);
+                    return FrameResult::Malformed;
+                }
                 Discard(slot, size);
                 return FrameResult::Malformed;
             }
@@ -94,8 +106,7 @@ FrameResult FrameReceiver::Receive(CMailslot& slot, CMemFile& file, int waitMs) 
             m_announced.clear();
             return FrameResult::Malformed;
         }
-        m_announced[sender] = Announced{length, std::chrono::steady_clock::now() +
-                                                    std::chrono::milliseconds(m_payloadWaitMs)};
+        Announce(sender, length);
     }
 }
 
@@ -108,13 +119,17 @@ int OpenWhenReady(CMailslot& slot, int openWaitMs) {
     return 1;
 }
 
-int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs) {
-    CMailslot slot(1, slotName);
-    if (!OpenWhenReady(slot, openWaitMs)) return 0;
+int WriteFrame(CMailslot& slot, const void* payload, uint32_t size) {
     unsigned char prefix[4];
     std::memcpy(prefix, &size, 4);
     if (!slot.WriteBytes(prefix, 4)) return 0;
     return size ? slot.WriteBytes(payload, size) : 1;
+}
+
+int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs) {
+    CMailslot slot(1, slotName);
+    if (!OpenWhenReady(slot, openWaitMs)) return 0;
+    return WriteFrame(slot, payload, size);
 }
 
 int SendMessageTo(const CString& slotName, const void* data, uint32_t size, int openWaitMs) {

@@ -159,6 +159,33 @@ void AbandonProcess(int pid) {
     if (pid > 0) kill(pid, SIGTERM);
 }
 
+ProcessWatch WatchProcess(int pid) {
+    if (pid <= 0) return nullptr;
+    const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+    if (pidFd < 0) return nullptr;
+    // A zombie can still be opened; it has ended all the same.
+    if (!ProcessExists(pid)) {
+        close(pidFd);
+        return nullptr;
+    }
+    // The descriptor number, offset by one so that descriptor 0 is not null.
+    return reinterpret_cast<ProcessWatch>(static_cast<intptr_t>(pidFd) + 1);
+}
+
+bool WatchedProcessRunning(ProcessWatch watch) {
+    if (!watch) return false;
+    pollfd p{static_cast<int>(reinterpret_cast<intptr_t>(watch) - 1), POLLIN, 0};
+    int r;
+    do {
+        r = poll(&p, 1, 0);
+    } while (r < 0 && errno == EINTR);
+    return r == 0;  // readable once the process has ended
+}
+
+void StopWatching(ProcessWatch watch) {
+    if (watch) close(static_cast<int>(reinterpret_cast<intptr_t>(watch) - 1));
+}
+
 bool WaitProcessExit(int pid, int timeoutMs) {
     if (pid <= 0) return true;
     const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));

@@ -411,6 +411,8 @@ bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) 
     }
 }
 
+bool KeptWriterNoticesClosedReader() { return true; }
+
 void SetSlotReadTimeout(SlotHandle handle, int milliseconds) {
     if (Slot* slot = AsSlot(handle)) slot->timeoutMs = milliseconds > 0 ? milliseconds : 0;
 }

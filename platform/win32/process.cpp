@@ -115,6 +115,25 @@ void RequestClose(int /*pid*/, intptr_t window) {
     PostMessageA(reinterpret_cast<HWND>(window), WM_CLOSE, 0, 0);
 }
 
+ProcessWatch WatchProcess(int pid) {
+    if (pid <= 0) return nullptr;
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(pid));
+    if (!process) return nullptr;
+    if (WaitForSingleObject(process, 0) != WAIT_TIMEOUT) {  // ended, only its handle left
+        CloseHandle(process);
+        return nullptr;
+    }
+    return process;
+}
+
+bool WatchedProcessRunning(ProcessWatch watch) {
+    return watch && WaitForSingleObject(static_cast<HANDLE>(watch), 0) == WAIT_TIMEOUT;
+}
+
+void StopWatching(ProcessWatch watch) {
+    if (watch) CloseHandle(static_cast<HANDLE>(watch));
+}
+
 bool WaitProcessExit(int pid, int timeoutMs) {
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(pid));
     if (!process) return !ProcessExists(pid);

@@ -169,6 +169,8 @@ bool NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
     return true;
 }
 
+bool KeptWriterNoticesClosedReader() { return false; }
+
 void SetSlotReadTimeout(SlotHandle handle, int milliseconds) {
     if (Slot* slot = AsSlot(handle))
         SetMailslotInfo(slot->handle, milliseconds > 0 ? static_cast<DWORD>(milliseconds) : MAILSLOT_WAIT_FOREVER);

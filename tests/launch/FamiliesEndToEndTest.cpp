@@ -8,6 +8,7 @@
 #include "KPCBAPI.hpp"
 #include "TestPaths.h"
 #include "TestSystem.h"
+#include "platform.h"
 
 using testing_support::TempDir;
 
@@ -114,4 +115,29 @@ TEST_F(EndToEnd, EveryFamilyIsAnswered) {
     EXPECT_EQ(KPCB_Explorer(viewer.pid, 1, CString(list)), 0) << "acknowledged on the return slot";
     EXPECT_EQ(KPCB_ExportBitmap_CurrentImage(viewer.pid, (dir / "view.bmp").c_str()), 0);
     EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid, (dir / "board.txt").c_str()), 0);
+}
+
+TEST_F(EndToEnd, KeptConnectionsFollowTheViewersLife) {
+    ASSERT_EQ(KPCB_KeepConnections(1), 0);
+    const int first = KPCB_Launch(CString(board), 1);
+    const int second = KPCB_Launch(CString(board), 1);
+    ASSERT_GT(first, 0);
+    ASSERT_GT(second, 0);
+    for (int pid : {first, second}) {
+        int pins = 0;
+        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), 0);
+        EXPECT_EQ(pins, 14);
+        EXPECT_EQ(KPCB_ZoomIn(pid), 0);
+    }
+    // One ends by KPCB_Exit, the other on its own: both are seen as ended at once.
+    EXPECT_EQ(KPCB_Exit(first, 1), 0);
+    platform::AbandonProcess(second);
+    ASSERT_TRUE(platform::WaitProcessExit(second, 10000));
+    for (int pid : {first, second}) {
+        EXPECT_EQ(KPCB_IsRunning(pid), 0);
+        EXPECT_EQ(KPCB_ZoomIn(pid), KPCB_NOT_RUNNING);
+        int pins = 0;
+        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), KPCB_NOT_RUNNING);
+    }
+    EXPECT_EQ(KPCB_KeepConnections(0), 1);
 }

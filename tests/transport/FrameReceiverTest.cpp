@@ -68,6 +68,13 @@ TEST(FrameReceiver, MessagesThatFormNoFrameAreDroppedAndTheNextFrameIsRead) {
     EXPECT_EQ(frames.Receive(pair.reader, file, 1000), FrameResult::Malformed);
     ASSERT_EQ(frames.Receive(pair.reader, file, 1000), FrameResult::Frame);
     EXPECT_EQ(Contents(file), good);
+
+    // A frame sent again whole after its length alone went out.
+    Write(pair.writer, testing_support::LengthMessage(5));
+    WriteFrame(pair.writer, good);
+    EXPECT_EQ(frames.Receive(pair.reader, file, 1000), FrameResult::Malformed);
+    ASSERT_EQ(frames.Receive(pair.reader, file, 1000), FrameResult::Frame);
+    EXPECT_EQ(Contents(file), good);
     EXPECT_EQ(frames.Receive(pair.reader, file, 0), FrameResult::Nothing);
 }
 
