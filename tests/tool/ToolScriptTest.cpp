@@ -171,6 +171,24 @@ TEST_F(ToolScript, LaunchesDrivesAndClosesTheViewer) {
     EXPECT_TRUE(JournalHas(records, 13, Archived("BOTTOM")));
 }
 
+TEST_F(ToolScript, KeepingConnectionsChangesNothingButTheSpeed) {
+    const std::string script =
+        "launch-hidden board.pdbba\nnet-pins U1 14\npin-count-ref U1\nmerge GND GND\nhighlight nets GND\n"
+        "pin-count-part NO-SUCH-PART\nexit --wait\n";
+    auto plain = RunKpcb({"run", "--echo", "--keep-going", "-"}, dir.path(), script);
+    auto kept = RunKpcb({"run", "--keep-connections", "--echo", "--keep-going", "-"}, dir.path(), script);
+    EXPECT_EQ(kept.status, plain.status) << kept.err;
+    EXPECT_NE(plain.status, 0) << "the unknown part fails both";
+    auto plainLines = OutputByLine(plain.out), keptLines = OutputByLine(kept.out);
+    const int keptPid = PidIn(keptLines["launch-hidden board.pdbba"]);
+    EXPECT_GT(keptPid, 0);
+    EXPECT_EQ(KPCB_IsRunning(keptPid), 0);
+    plainLines.erase("launch-hidden board.pdbba");  // the viewers' process ids differ
+    keptLines.erase("launch-hidden board.pdbba");
+    EXPECT_EQ(keptLines, plainLines);
+    EXPECT_FALSE(keptLines["merge GND GND"].empty());
+}
+
 TEST_F(ToolScript, StopsAtTheFirstFailureAndClosesWhatItLaunched) {
     const std::string script = WriteScript(
         "launch-hidden board.pdbba\n"

@@ -75,6 +75,9 @@ Tool::Tool(Session& session)
                                        "limit every wait for a viewer's answer to this many milliseconds, after which "
                                        "the call fails with -7; 0 waits for ever (KPCB_SetReplyTimeout)");
     if (!session.inScript) m_timeoutOption->envname("KPCB_TIMEOUT");
+    m_keepOption = m_app.add_flag("--keep-connections",
+                                  "keep the connections to viewers open from one call to the next, for the rest of "
+                                  "this process: the lines of a script run faster (KPCB_KeepConnections)");
     m_app.footer(
         "A viewer is named by its process id: --pid N, or KPCB_PID in the environment.\n"
         "A viewer launched by one kpcb call keeps running after it; only the process that launched\n"
@@ -131,6 +134,7 @@ int Tool::Run(const std::vector<std::string>& args) {
         return m_app.exit(e, out, err) == 0 ? kExitOk : kExitUsage;
     }
     if (m_timeoutOption->count() > 0) KPCB_SetReplyTimeout(m_timeout);
+    if (m_keepOption->count() > 0) KPCB_KeepConnections(1);
     for (const auto& command : m_commands) {
         if (!command->parser()->parsed()) continue;
         try {

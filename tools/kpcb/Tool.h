@@ -131,6 +131,7 @@ private:
     CLI::App m_app;
     int m_timeout = 0;
     CLI::Option* m_timeoutOption = nullptr;
+    CLI::Option* m_keepOption = nullptr;
     std::string m_group;
     std::vector<std::unique_ptr<Command>> m_commands;
 };

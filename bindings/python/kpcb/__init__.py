@@ -12,12 +12,12 @@ tree of the source checkout (see kpcb._library.find_library).
 from ._library import LIBRARY_ENV, LibraryNotFoundError, find_library, library
 from .errors import (KpcbError, NoReplyError, NotRunningError, SlotUnavailableError, ViewerRefusedError,
                      error_for)
-from .viewer import NetPins, PlaceCounts, Polygon, Viewer, is_running, set_reply_timeout
+from .viewer import NetPins, PlaceCounts, Polygon, Viewer, is_running, keep_connections, set_reply_timeout
 from .extraction import (ExtractionError, extract_allegro, extract_board_designer, extract_mentor,
                          extract_zuken)
 
 __all__ = [
-    "Viewer", "is_running", "set_reply_timeout", "PlaceCounts", "NetPins", "Polygon",
+    "Viewer", "is_running", "keep_connections", "set_reply_timeout", "PlaceCounts", "NetPins", "Polygon",
     "KpcbError", "NotRunningError", "SlotUnavailableError", "NoReplyError", "ViewerRefusedError", "error_for",
     "LibraryNotFoundError", "find_library", "library", "LIBRARY_ENV",
     "ExtractionError", "extract_allegro", "extract_board_designer", "extract_mentor", "extract_zuken",

@@ -122,6 +122,7 @@ PROTOTYPES = {
     "KPCB_FreeString": (None, [c_void_p]),
     # waiting for answers
     "KPCB_SetReplyTimeout": (None, [c_int]),
+    "KPCB_KeepConnections": (c_int, [c_int]),
     # design extraction
     "KPCB_ExtractPdbbFromAllegro": (c_int, [c_wchar_p, c_wchar_p, c_char, c_wchar_p, c_wchar_p]),
     "KPCB_ExtractPdbbFromBoardDesigner": (c_int, [c_wchar_p, c_wchar_p, c_char, c_char, c_wchar_p, c_wchar_p,

@@ -148,6 +148,16 @@ def set_reply_timeout(seconds):
     _library.library().KPCB_SetReplyTimeout(min(milliseconds, 2 ** 31 - 1))
 
 
+def keep_connections(keep=True):
+    """Keeps the connections to viewers (command slot, reply slot, a watch on the
+    process) open from one call to the next, for the whole process, so that calls
+    cost a fraction of what they cost otherwise; False goes back to opening them
+    for every call and lets go of what was kept. While this process keeps the reply
+    slot of a viewer, queries of other processes to it fail with SlotUnavailableError.
+    Returns the previous setting."""
+    return _library.library().KPCB_KeepConnections(1 if keep else 0) == 1
+
+
 class Viewer:
     """A running viewer, addressed by its process id.
 

@@ -53,6 +53,20 @@ class LaunchAndExitTest(unittest.TestCase):
             self.assertEqual(second.red_mark_call_status(), 22)
 
 
+    def test_kept_connections_answer_the_same_and_end_with_the_viewer(self):
+        self.assertFalse(kpcb.keep_connections())
+        self.addCleanup(kpcb.keep_connections, False)
+        with kpcb.Viewer.launch(support.board_file(), hide=True) as viewer:
+            for status in range(5):
+                viewer.set_red_mark_call_status(status)
+                self.assertEqual(viewer.red_mark_call_status(), status)
+            self.assertEqual(viewer.pin_count_of_reference("U1"), 14)
+        self.assertFalse(kpcb.is_running(viewer.pid))
+        with self.assertRaises(kpcb.NotRunningError):
+            viewer.pin_count_of_reference("U1")
+        self.assertTrue(kpcb.keep_connections(False))
+
+
 class ViewControlTest(ViewerTestCase):
     def test_simple_commands_carry_their_codes(self):
         v = self.viewer
