@@ -10,8 +10,8 @@
 //   BM_Memcpy            copying the bytes of a large answer once, in memory
 //   BM_LaunchToReady/0   launching a viewer on the small sample board
 // Measured
-//   BM_QueryRoundTrip    KPCB_GetPinPitch
-//   BM_OneWayRate        KPCB_SetStatusForCallingRedMark, batches checked to have arrived
+//   BM_QueryRoundTrip/K  KPCB_GetPinPitch; K = 1: connections kept (KPCB_KeepConnections)
+//   BM_OneWayRate/K      KPCB_SetStatusForCallingRedMark, batches checked to have arrived
 //   BM_OneWayArrivals    the same stream into a journalling viewer: every record counted
 //   BM_LargeAnswer       KPCB_GetCWPolygonPointDataArray of a 1,000,000-point outline
 //   BM_LaunchToReady/N   launch on a generated board of N components until a first answer
@@ -263,11 +263,19 @@ Viewer& QueryViewer(std::wstring* reference = nullptr) {
     return ViewerOn(board);
 }
 
+// Connections kept between calls (argument 1) or opened by every call (0), for the
+// length of one benchmark.
+struct KeepingFor {
+    explicit KeepingFor(const benchmark::State& state) { KPCB_KeepConnections(static_cast<int>(state.range(0))); }
+    ~KeepingFor() { KPCB_KeepConnections(0); }
+};
+
 void BM_QueryRoundTrip(benchmark::State& state) {
     bench::PinCallerToClientCpu();
     std::wstring reference;
     Viewer& viewer = QueryViewer(&reference);
     if (!viewer.ok()) return state.SkipWithError("no viewer");
+    KeepingFor keeping(state);
     double pitch = 0;
     if (KPCB_GetPinPitch(viewer.pid(), reference.c_str(), 0, &pitch) != 0 || !(pitch > 0))
         return state.SkipWithError("no pitch");
@@ -293,6 +301,7 @@ void BM_OneWayRate(benchmark::State& state) {
     bench::PinCallerToClientCpu();
     Viewer& viewer = QueryViewer();
     if (!viewer.ok()) return state.SkipWithError("no viewer");
+    KeepingFor keeping(state);
     static int next = 1;
     for (auto _ : state) {
         if (!SendBatch(viewer.pid(), next)) {
@@ -454,9 +463,9 @@ BENCHMARK(BM_RawRoundTrip)->UseRealTime();
 #ifdef KPCB_BENCH_ZMQ
 BENCHMARK(BM_ZmqRoundTrip)->UseRealTime();
 #endif
-BENCHMARK(BM_QueryRoundTrip)->UseRealTime();
+BENCHMARK(BM_QueryRoundTrip)->Arg(0)->Arg(1)->UseRealTime();
 BENCHMARK(BM_RawSendRate)->UseRealTime();
-BENCHMARK(BM_OneWayRate)->UseRealTime();
+BENCHMARK(BM_OneWayRate)->Arg(0)->Arg(1)->UseRealTime();
 BENCHMARK(BM_OneWayArrivals)->Arg(100000)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Memcpy)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LargeAnswer)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
