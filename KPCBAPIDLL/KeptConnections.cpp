@@ -15,9 +15,11 @@ struct Registry {
     std::map<int, std::shared_ptr<KeptConnection>> byPid;
 };
 
+// Touched only while keeping is on or being switched off: a process (or a copy of the
+// library) that never keeps never makes it.
 Registry& Kept() {
-    static Registry* registry = new Registry;  // never destroyed: calls may come during exit
-    return *registry;
+    static Registry registry;
+    return registry;
 }
 
 std::shared_ptr<KeptConnection> Find(int pid) {
@@ -69,7 +71,7 @@ void KeptConnection::DropReplySlot() { m_reply.reset(); }
 
 bool SetKeepConnections(bool keep) {
     const bool was = g_keeping.exchange(keep);
-    if (!keep) {
+    if (!keep && was) {
         Registry& kept = Kept();
         std::map<int, std::shared_ptr<KeptConnection>> released;
         std::lock_guard<std::mutex> guard(kept.lock);
@@ -101,6 +103,7 @@ bool ViewerRunning(int pid) {
 }
 
 void ForgetViewer(int pid) {
+    if (!g_keeping) return;  // switching keeping off let go of everything
     std::shared_ptr<KeptConnection> released;
     Registry& kept = Kept();
     std::lock_guard<std::mutex> guard(kept.lock);

@@ -42,6 +42,7 @@ bool ReplySlotNameFree(int pid) {
 TEST(KeptConnections, CallsGiveTheSameResultsAndHoldTheirSlotsUntilKeepingEnds) {
     FakeViewer viewer;
     const long before = testing_support::OpenSystemObjects();
+    size_t messages = 0;
     auto calls = [&](bool keeping) {
         for (int i = 0; i < 20; ++i) {
             viewer.Answer(PinCountReply(i), 1);
@@ -49,6 +50,8 @@ TEST(KeptConnections, CallsGiveTheSameResultsAndHoldTheirSlotsUntilKeepingEnds) 
             ASSERT_EQ(KPCB_GetPinCountFromReference(viewer.pid(), L"U1", &count), 0);
             EXPECT_EQ(count, i);
             EXPECT_EQ(KPCB_ZoomIn(viewer.pid()), 0);
+            // The next answer is armed for the next frame: this one must be in first.
+            ASSERT_TRUE(viewer.WaitForMessages(messages += 4));
             EXPECT_EQ(KPCB_IsRunning(viewer.pid()), 1);
             EXPECT_EQ(ReplySlotNameFree(viewer.pid()), !keeping) << "the reply slot is kept between calls";
         }
@@ -59,8 +62,7 @@ TEST(KeptConnections, CallsGiveTheSameResultsAndHoldTheirSlotsUntilKeepingEnds) 
         calls(true);
     }
     EXPECT_TRUE(ReplySlotNameFree(viewer.pid())) << "let go of when keeping ends";
-    ASSERT_TRUE(viewer.WaitForMessages(160));  // the last one-way frame may still be on its way
-    viewer.SettledMessageCount();              // and the fake viewer done with its last answer
+    viewer.SettledMessageCount();  // the fake viewer done with its last answer
     EXPECT_EQ(testing_support::OpenSystemObjects(), before);
     // The same frames, whether kept or not.
     const std::vector<testing_support::Bytes> payloads = viewer.Payloads();
@@ -76,10 +78,11 @@ TEST(KeptConnections, HeldSlotsDoNotGrowWithTheCalls) {
     ASSERT_EQ(KPCB_GetPinCountFromReference(viewer.pid(), L"U1", &count), 0);
     viewer.SettledMessageCount();  // the fake viewer, in this process too, done with its answer
     const long afterFirst = testing_support::OpenSystemObjects();
-    for (int i = 0; i < 200; ++i) {
-        viewer.Answer(PinCountReply(i), 1);
+    for (size_t i = 0, messages = 2; i < 200; ++i) {
+        viewer.Answer(PinCountReply(static_cast<int>(i)), 1);
         ASSERT_EQ(KPCB_GetPinCountFromReference(viewer.pid(), L"U1", &count), 0);
-        ASSERT_EQ(KPCB_Route_OnOff(viewer.pid(), i % 2), 0);
+        ASSERT_EQ(KPCB_Route_OnOff(viewer.pid(), static_cast<int>(i % 2)), 0);
+        ASSERT_TRUE(viewer.WaitForMessages(messages += 4));  // in before the next answer is armed
     }
     viewer.SettledMessageCount();
     EXPECT_EQ(testing_support::OpenSystemObjects(), afterFirst);

@@ -105,24 +105,25 @@ void FakeViewer::Serve() {
             expectPayload = length != 0;
             frameDone = length == 0;
         }
+        // The frame counts for the armed answers before anyone hears of the message, so
+        // that an answer armed after waiting for it never counts it.
+        Armed due;
+        bool answerDue = false;
         {
             std::lock_guard<std::mutex> hold(m_lock);
             m_messages.push_back(std::move(message));
+            if (frameDone) answerDue = FrameArrived(due);
         }
         m_changed.notify_all();
-        if (frameDone) OnFrame();
+        if (answerDue) Deliver(due);
     }
 }
 
-void FakeViewer::OnFrame() {
-    Armed due;
-    {
-        std::lock_guard<std::mutex> hold(m_lock);
-        if (m_armed.empty() || ++m_armed.front().framesSeen < m_armed.front().onFrame) return;
-        due = m_armed.front();
-        m_armed.pop_front();
-    }
-    Deliver(due);
+bool FakeViewer::FrameArrived(Armed& due) {
+    if (m_armed.empty() || ++m_armed.front().framesSeen < m_armed.front().onFrame) return false;
+    due = m_armed.front();
+    m_armed.pop_front();
+    return true;
 }
 
 bool FakeViewer::Deliver(const Armed& armed) {

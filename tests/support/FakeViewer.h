@@ -70,7 +70,9 @@ private:
         int framesSeen = 0;
     };
     void Serve();
-    void OnFrame();
+    // With m_lock held: counts a frame for the first armed answer; true, with the
+    // answer in due, when it is due.
+    bool FrameArrived(Armed& due);
     bool Deliver(const Armed& armed);
 
     int m_pid;
