@@ -63,8 +63,8 @@ bool WaitProcessExit(int pid, int timeoutMs);
 
 // A held handle on one running process that tells whether it is still running
 // without looking it up again (a pidfd on Linux, a process handle on Windows), and
-// that cannot be fooled by a new process that reuses the id. Null when no such
-// process runs or the system cannot give one.
+// that cannot be fooled by a new process that reuses the id. Where the kernel has no
+// pidfd it falls back to looking the id up each time. Null when no such process runs.
 using ProcessWatch = void*;
 ProcessWatch WatchProcess(int pid);
 // True while the watched process has not ended. Null: false.

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "../platform.h"
 
@@ -159,22 +160,34 @@ void AbandonProcess(int pid) {
     if (pid > 0) kill(pid, SIGTERM);
 }
 
+namespace {
+// A pidfd where the kernel gives one (Linux 5.3 and later); without one (older
+// kernels, or a tool that runs the program and does not know the call) the process
+// is looked up by its id each time, as ProcessExists does.
+struct PidWatch {
+    int pidFd;
+    int pid;
+};
+}  // namespace
+
 ProcessWatch WatchProcess(int pid) {
     if (pid <= 0) return nullptr;
     const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
-    if (pidFd < 0) return nullptr;
     // A zombie can still be opened; it has ended all the same.
     if (!ProcessExists(pid)) {
-        close(pidFd);
+        if (pidFd >= 0) close(pidFd);
         return nullptr;
     }
-    // The descriptor number, offset by one so that descriptor 0 is not null.
-    return reinterpret_cast<ProcessWatch>(static_cast<intptr_t>(pidFd) + 1);
+    PidWatch* watch = new (std::nothrow) PidWatch{pidFd, pid};
+    if (!watch && pidFd >= 0) close(pidFd);
+    return watch;
 }
 
-bool WatchedProcessRunning(ProcessWatch watch) {
+bool WatchedProcessRunning(ProcessWatch handle) {
+    const PidWatch* watch = static_cast<const PidWatch*>(handle);
     if (!watch) return false;
-    pollfd p{static_cast<int>(reinterpret_cast<intptr_t>(watch) - 1), POLLIN, 0};
+    if (watch->pidFd < 0) return ProcessExists(watch->pid);
+    pollfd p{watch->pidFd, POLLIN, 0};
     int r;
     do {
         r = poll(&p, 1, 0);
@@ -182,8 +195,11 @@ bool WatchedProcessRunning(ProcessWatch watch) {
     return r == 0;  // readable once the process has ended
 }
 
-void StopWatching(ProcessWatch watch) {
-    if (watch) close(static_cast<int>(reinterpret_cast<intptr_t>(watch) - 1));
+void StopWatching(ProcessWatch handle) {
+    PidWatch* watch = static_cast<PidWatch*>(handle);
+    if (!watch) return;
+    if (watch->pidFd >= 0) close(watch->pidFd);
+    delete watch;
 }
 
 bool WaitProcessExit(int pid, int timeoutMs) {
