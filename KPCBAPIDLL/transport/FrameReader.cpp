@@ -49,14 +49,12 @@ FrameResult FrameReceiver::Receive(CMailslot& slot, CMemFile& file, int waitMs) 
         if (DropOverdue()) return FrameResult::Malformed;
         const bool awaiting = !m_announced.empty();
         const int wait = awaiting ? MsUntilFirstDue() : waitMs;
-        const auto waitStart = std::chrono::steady_clock::now();
         uint32_t size = 0;
         int sender = 0;
         if (!platform::PeekSlotMessageSize(slot.GetHandle(), wait, &size, &sender)) {
-            // Nothing came: give up the overdue lengths at the top; a wait cut short
-            // (the server's close request) returns so that the server can look.
-            if (!awaiting) return FrameResult::Nothing;
-            if (std::chrono::steady_clock::now() - waitStart < std::chrono::milliseconds(wait)) return FrameResult::Nothing;
+            // Nothing came: the overdue lengths are given up at the top; a server
+            // asked to close returns so that it can look.
+            if (!awaiting || platform::CloseRequested()) return FrameResult::Nothing;
             continue;
         }
 
