@@ -25,6 +25,8 @@ set(KPCB_PLAIN_NAMES
   KPCB_GetCCWPolygonPointData KPCB_GetCCWPolygonPointDataArray
   KPCB_ExportBitmap_CurrentImage KPCB_ExportPDBAscii)
 
+include(${CMAKE_CURRENT_LIST_DIR}/report_missing.cmake)
+
 # Fails, naming what is missing, unless every entry of required is a whole line of text.
 function(kpcb_require_lines text required heading)
   set(text "\n${text}\n")
@@ -35,10 +37,7 @@ function(kpcb_require_lines text required heading)
       list(APPEND missing "${line}")
     endif()
   endforeach()
-  if(missing)
-    string(REPLACE ";" "\n  " missing "${missing}")
-    message(FATAL_ERROR "${heading}:\n  ${missing}")
-  endif()
+  kpcb_fail_if_missing("${missing}" "${heading}")
 endfunction()
 
 # Fails unless every plain name is in the list of exported names.
