@@ -8,7 +8,9 @@
 #include "CExPtrArray.h"
 #include "CString.h"
 
-enum class LayerKind { Copper = 0, Silk = 1, Mask = 2, Other = 3 };
+// Paste, Drill and Document layers come from designs imported from ECAD exchange
+// formats; boards written before they existed use the first four only.
+enum class LayerKind { Copper = 0, Silk = 1, Mask = 2, Other = 3, Paste = 4, Drill = 5, Document = 6 };
 
 // The side a layer or a component belongs to.
 enum class BoardSide { Top = 0, Bottom = 1, None = 2 };

@@ -15,8 +15,26 @@ CRectD TurnedBox(const CPointD& c, double w, double h, double angle) {
 }  // namespace
 
 CRectD CPRefPin::GetPadRect() const {
+    if (m_Shape == PadShape::Polygon) {
+        CRectD r;
+        for (const CArrayPointD& contour : m_PadOutline) {
+            for (INT_PTR i = 0; i < contour.GetSize(); ++i) r.Include(m_Position + contour[i]);
+        }
+        return r;
+    }
     if (m_Shape == PadShape::Round) return TurnedBox(m_Position, m_SizeX, m_SizeX, 0);
     return TurnedBox(m_Position, m_SizeX, m_SizeY, m_PadAngle);
+}
+
+void CPRefPin::SetPadOutline(CPadOutline outline) {
+    m_PadOutline = std::move(outline);
+    if (m_PadOutline.empty()) return;
+    CRectD extent;
+    for (const CArrayPointD& contour : m_PadOutline) extent.Include(contour.GetBoundingRect());
+    m_Shape = PadShape::Polygon;
+    m_SizeX = extent.Width();
+    m_SizeY = extent.Height();
+    m_PadAngle = 0;
 }
 
 CPRefPin* CPComp::AddPin(const CString& name, const CPointD& position, PadShape shape, double sizeX, double sizeY,
@@ -48,6 +66,15 @@ CPRouteDObj* CPRouteDObj::MakeSegment(int layer, double width, const C2PointD& l
     return seg;
 }
 
+CPRouteDObj* CPRouteDObj::MakeArc(int layer, double width, const C2PointD& line, const CPointD& center,
+                                  bool clockwise) {
+    CPRouteDObj* arc = MakeSegment(layer, width, line);
+    arc->m_Type = Arc;
+    arc->m_Center = center;
+    arc->m_Clockwise = clockwise;
+    return arc;
+}
+
 CPRouteDObj* CPRouteDObj::MakeVia(const CPointD& position, double padSize, double drill, int fromLayer,
                                   int toLayer) {
     CPRouteDObj* via = new CPRouteDObj;
@@ -64,6 +91,12 @@ CRectD CPRouteDObj::GetBoundingRect() const {
     CRectD r;
     r.Include(m_Line.p1);
     r.Include(m_Line.p2);
+    if (m_Type == Arc) {
+        // The whole circle: a little generous, never too small.
+        const double radius = m_Center.Distance(m_Line.p1);
+        r.Include(CPointD(m_Center.x - radius, m_Center.y - radius));
+        r.Include(CPointD(m_Center.x + radius, m_Center.y + radius));
+    }
     r.Inflate(m_Width / 2);
     return r;
 }
@@ -72,6 +105,13 @@ CPRouteDObj* CPRouteNet::AddSegment(int layer, double width, const C2PointD& lin
     CPRouteDObj* seg = CPRouteDObj::MakeSegment(layer, width, line);
     m_Objects.Add(seg);
     return seg;
+}
+
+CPRouteDObj* CPRouteNet::AddArc(int layer, double width, const C2PointD& line, const CPointD& center,
+                                 bool clockwise) {
+    CPRouteDObj* arc = CPRouteDObj::MakeArc(layer, width, line, center, clockwise);
+    m_Objects.Add(arc);
+    return arc;
 }
 
 CPRouteDObj* CPRouteNet::AddVia(const CPointD& position, double padSize, double drill, int fromLayer, int toLayer) {

@@ -3,6 +3,8 @@
 // them all; objects point at each other, and name layers by their stack index.
 #pragma once
 
+#include <vector>
+
 #include "CExPtrArray.h"
 #include "CPDBLayerManager.h"
 #include "CString.h"
@@ -15,8 +17,15 @@ class CPArea;
 enum class CompSide { Top = 0, Bottom = 1, NotPlaced = 2 };
 
 // Round: a circle of diameter SizeX. Rect: SizeX by SizeY. Oblong: SizeX by SizeY
-// with fully rounded short ends.
-enum class PadShape { Round = 0, Rect = 1, Oblong = 2 };
+// with fully rounded short ends. Polygon: any other shape, given by its outline
+// (CPRefPin::GetPadOutline); SizeX and SizeY are then the outline's extent.
+enum class PadShape { Round = 0, Rect = 1, Oblong = 2, Polygon = 3 };
+
+// The outline of a pad of any shape: closed contours relative to the pin's position,
+// in board orientation (the pad angle, the component's rotation and mirror are
+// already applied). Filled by the even-odd rule, so a donut is two contours and a
+// thermal several.
+using CPadOutline = std::vector<CArrayPointD>;
 
 // A part: what components are instances of (a part number and its package).
 class CPPart {
@@ -65,6 +74,11 @@ public:
     // The pad's extent on the board, rotation included.
     CRectD GetPadRect() const;
 
+    // Polygon pads: the outline (empty for the other shapes). Setting a non-empty
+    // outline makes the pad a Polygon pad whose sizes are the outline's extent.
+    const CPadOutline& GetPadOutline() const { return m_PadOutline; }
+    void SetPadOutline(CPadOutline outline);
+
 private:
     friend class CPNet;
     friend class CPdb;
@@ -74,6 +88,7 @@ private:
     PadShape m_Shape;
     double m_SizeX, m_SizeY, m_PadAngle, m_Drill;
     CPNet* m_pNet = nullptr;
+    CPadOutline m_PadOutline;
 };
 
 // A component: a part placed on the board under a reference. Owns its pins.
@@ -93,6 +108,10 @@ public:
     bool IsPlaced() const { return m_Side != CompSide::NotPlaced; }
     const CPointD& GetPosition() const { return m_Position; }
     double GetRotation() const { return m_Rotation; }
+    // Mirrored: the footprint is seen from the other side (a bottom component as
+    // designed). Rotation is applied after the mirror, counter-clockwise seen from top.
+    bool IsMirrored() const { return m_Mirrored; }
+    void SetMirrored(bool mirrored) { m_Mirrored = mirrored; }
 
     // Appends a pin. Pin names are expected to be unique per component; FindPin finds
     // the first of a repeated name.
@@ -111,22 +130,31 @@ private:
     CompSide m_Side;
     CPointD m_Position;
     double m_Rotation;
+    bool m_Mirrored = false;
     CExPtrArray<CPRefPin*, CPRefPin*> m_Pins;
 };
 
-// One piece of routing: a track segment on a copper layer, or a via.
+// One piece of routing: a track segment or arc on a copper layer, or a via.
 class CPRouteDObj {
 public:
-    enum Type { Segment = 0, Via = 1 };
+    enum Type { Segment = 0, Via = 1, Arc = 2 };
 
     static CPRouteDObj* MakeSegment(int layer, double width, const C2PointD& line);
+    // An arc from line.p1 to line.p2 about center, clockwise or counter-clockwise; equal
+    // ends make a full circle.
+    static CPRouteDObj* MakeArc(int layer, double width, const C2PointD& line, const CPointD& center,
+                                bool clockwise);
     // A via joins the copper layers fromLayer..toLayer (fromLayer above toLayer).
     static CPRouteDObj* MakeVia(const CPointD& position, double padSize, double drill, int fromLayer, int toLayer);
     virtual ~CPRouteDObj() = default;
 
     Type GetType() const { return m_Type; }
     bool IsVia() const { return m_Type == Via; }
-    // Segment: its two ends. Via: both points are the via's centre.
+    bool IsArc() const { return m_Type == Arc; }
+    // Arc: its centre and direction (both meaningless for the other types).
+    const CPointD& GetCenter() const { return m_Center; }
+    bool IsClockwise() const { return m_Clockwise; }
+    // Segment and arc: its two ends. Via: both points are the via's centre.
     const C2PointD& GetLine() const { return m_Line; }
     const CPointD& GetPosition() const { return m_Line.p1; }
     // Segment: the track width. Via: the pad diameter.
@@ -142,6 +170,8 @@ private:
     CPRouteDObj() = default;
     Type m_Type = Segment;
     C2PointD m_Line;
+    CPointD m_Center;
+    bool m_Clockwise = false;
     double m_Width = 0;
     double m_Drill = 0;
     int m_Layer = 0;
@@ -158,6 +188,7 @@ public:
 
     CPNet* GetNet() const { return m_pNet; }
     CPRouteDObj* AddSegment(int layer, double width, const C2PointD& line);
+    CPRouteDObj* AddArc(int layer, double width, const C2PointD& line, const CPointD& center, bool clockwise);
     CPRouteDObj* AddVia(const CPointD& position, double padSize, double drill, int fromLayer, int toLayer);
     int GetCount() const { return static_cast<int>(m_Objects.GetSize()); }
     CPRouteDObj* GetAt(int index) const { return m_Objects.GetAt(index); }
