@@ -172,6 +172,20 @@ bool CPdb::Validate(CString& problem) const {
             return false;
         }
     }
+    for (INT_PTR i = 0; i < m_Comps.GetSize(); ++i) {
+        const CPComp* comp = m_Comps.GetAt(i);
+        for (int j = 0; j < comp->GetPinCount(); ++j) {
+            const CPRefPin* pin = comp->GetPin(j);
+            if (pin->GetShape() != PadShape::Polygon) continue;
+            bool sound = !pin->GetPadOutline().empty();
+            for (const CArrayPointD& contour : pin->GetPadOutline()) sound = sound && contour.GetSize() >= 3;
+            if (!sound) {
+                problem.Format("pin %s-%s: a polygon pad needs an outline of contours of three points or more",
+                               comp->GetReference().GetString(), pin->GetName().GetString());
+                return false;
+            }
+        }
+    }
     for (INT_PTR i = 0; i < m_Nets.GetSize(); ++i) {
         const CPRouteNet& route = m_Nets.GetAt(i)->GetRoute();
         for (int j = 0; j < route.GetCount(); ++j) {

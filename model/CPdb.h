@@ -79,7 +79,8 @@ public:
 
     // Checks what the file forms rely on: every layer index names a layer of the stack,
     // vias run downwards (first layer not below the last), names of layers, parts,
-    // components and nets are unique. false with the first problem found.
+    // components and nets are unique, polygon pads have an outline whose contours
+    // have three points or more. false with the first problem found.
     bool Validate(CString& problem) const;
 
     // Converts every text of the board: names of the board, layers, parts, packages,

@@ -15,19 +15,48 @@ namespace {
 const char kMagic[8] = {'K', 'P', 'C', 'B', 'P', 'D', 'B', 'B'};
 
 // Smallest number of bytes each kind of record takes in the data, so that a count is
-// checked against what is left before anything is allocated for it.
-constexpr size_t kMinPoint = 16, kMinLayer = 6, kMinPart = 2, kMinNet = 1, kMinComp = 35, kMinPin = 57,
-                 kMinRouteObj = 44, kMinArea = 12, kMinHole = 2, kMinText = 37;
+// checked against what is left before anything is allocated for it. Version 2 adds a
+// flags byte to each component.
+constexpr size_t kMinPoint = 16, kMinLayer = 6, kMinPart = 2, kMinNet = 1, kMinCompV1 = 35, kMinCompV2 = 36,
+                 kMinPin = 57, kMinRouteObj = 44, kMinArea = 12, kMinHole = 2, kMinContour = 2, kMinText = 37;
+
+// Component flags (version 2).
+constexpr uint8_t kCompMirrored = 1;
+
+// Points are two doubles, stored in the order and byte order CArchive writes numbers
+// in, so a point list is written and read as one block.
+static_assert(sizeof(CPointD) == 2 * sizeof(double), "CPointD is x then y");
 
 // ---- Writing ----------------------------------------------------------------
 
 void PutPoints(CArchive& ar, const CArrayPointD& points) {
     ar.WriteCount(static_cast<size_t>(points.GetSize()));
-    const CPointD* p = points.GetData();
-    for (INT_PTR i = 0; i < points.GetSize(); ++i) ar << p[i].x << p[i].y;
+    if (points.GetSize()) ar.Write(points.GetData(), static_cast<size_t>(points.GetSize()) * sizeof(CPointD));
 }
 
-void PutBoard(CArchive& ar, const CPdb& pdb) {
+// What version 1 cannot hold, or null.
+const char* NewerThanVersion1(const CPdb& pdb) {
+    const CPDBLayerManager& layers = pdb.GetLayerManager();
+    for (int i = 0; i < layers.GetLayerCount(); ++i) {
+        if (layers.GetLayer(i)->GetKind() > LayerKind::Other) return "a paste, drill or document layer";
+    }
+    for (int i = 0; i < pdb.GetCompCount(); ++i) {
+        const CPComp* comp = pdb.GetComp(i);
+        if (comp->IsMirrored()) return "a mirrored component";
+        for (int j = 0; j < comp->GetPinCount(); ++j) {
+            if (comp->GetPin(j)->GetShape() == PadShape::Polygon) return "a polygon pad";
+        }
+    }
+    for (int i = 0; i < pdb.GetNetCount(); ++i) {
+        const CPRouteNet& route = pdb.GetNet(i)->GetRoute();
+        for (int j = 0; j < route.GetCount(); ++j) {
+            if (route.GetAt(j)->IsArc()) return "a track arc";
+        }
+    }
+    return nullptr;
+}
+
+void PutBoard(CArchive& ar, const CPdb& pdb, int version) {
     ar << pdb.GetBoardName();
     PutPoints(ar, pdb.GetOutline());
 
@@ -50,12 +79,16 @@ void PutBoard(CArchive& ar, const CPdb& pdb) {
         ar << comp->GetReference() << static_cast<int32_t>(comp->GetPart() ? comp->GetPart()->GetIndex() : -1)
            << static_cast<int32_t>(comp->GetSide()) << comp->GetPosition().x << comp->GetPosition().y
            << comp->GetRotation();
+        if (version >= 2) ar << static_cast<uint8_t>(comp->IsMirrored() ? kCompMirrored : 0);
         ar.WriteCount(static_cast<size_t>(comp->GetPinCount()));
         for (int j = 0; j < comp->GetPinCount(); ++j) {
             const CPRefPin* pin = comp->GetPin(j);
             ar << pin->GetName() << pin->GetPosition().x << pin->GetPosition().y
                << static_cast<int32_t>(pin->GetShape()) << pin->GetSizeX() << pin->GetSizeY() << pin->GetPadAngle()
                << pin->GetDrill() << static_cast<int32_t>(pin->GetNet() ? pin->GetNet()->GetIndex() : -1);
+            if (pin->GetShape() != PadShape::Polygon) continue;
+            ar.WriteCount(pin->GetPadOutline().size());
+            for (const CArrayPointD& contour : pin->GetPadOutline()) PutPoints(ar, contour);
         }
     }
 
@@ -73,6 +106,8 @@ void PutBoard(CArchive& ar, const CPdb& pdb) {
                 const C2PointD& line = obj->GetLine();
                 ar << static_cast<int32_t>(obj->GetLayer()) << obj->GetWidth() << line.p1.x << line.p1.y << line.p2.x
                    << line.p2.y;
+                if (obj->IsArc())
+                    ar << obj->GetCenter().x << obj->GetCenter().y << static_cast<uint8_t>(obj->IsClockwise() ? 1 : 0);
             }
         }
     }
@@ -104,7 +139,7 @@ struct FormatError {
 
 class BoardReader {
 public:
-    BoardReader(CArchive& ar, CPdb& pdb) : m_ar(ar), m_pdb(pdb) {}
+    BoardReader(CArchive& ar, CPdb& pdb, int version) : m_ar(ar), m_pdb(pdb), m_version(version) {}
 
     const char* Section() const { return m_section; }
 
@@ -119,7 +154,8 @@ public:
         for (size_t i = 0; i < layerCount; ++i) {
             const CString name = String(), ecad = String();
             const int kind = Int();
-            if (kind < 0 || kind > static_cast<int>(LayerKind::Other)) Fail("layer %zu: unknown kind %d", i, kind);
+            const LayerKind last = m_version >= 2 ? LayerKind::Document : LayerKind::Other;
+            if (kind < 0 || kind > static_cast<int>(last)) Fail("layer %zu: unknown kind %d", i, kind);
             if (!layers.AddLayer(name, ecad, static_cast<LayerKind>(kind)))
                 Fail("layer %zu: empty or repeated name '%s'", i, name.GetString());
         }
@@ -141,7 +177,7 @@ public:
         }
 
         m_section = "the components";
-        const size_t compCount = Count(kMinComp);
+        const size_t compCount = Count(m_version >= 2 ? kMinCompV2 : kMinCompV1);
         m_pdb.Reserve(0, static_cast<int>(compCount), 0);
         for (size_t i = 0; i < compCount; ++i) ReadComp(i);
 
@@ -179,6 +215,9 @@ private:
         const CString reference = String();
         const int part = Int(), side = Int();
         const double x = Double(), y = Double(), rotation = Double();
+        uint8_t flags = 0;
+        if (m_version >= 2) m_ar >> flags;
+        if (flags & ~kCompMirrored) Fail("component %zu '%s': unknown flags %#x", i, reference.GetString(), static_cast<unsigned>(flags));
         if (part < -1 || part >= m_pdb.GetPartCount())
             Fail("component %zu '%s': part index %d outside 0..%d", i, reference.GetString(), part,
                  m_pdb.GetPartCount() - 1);
@@ -187,6 +226,7 @@ private:
         CPComp* comp =
             m_pdb.AddComp(reference, m_pdb.GetPart(part), static_cast<CompSide>(side), CPointD(x, y), rotation);
         if (!comp) Fail("component %zu: empty or repeated reference '%s'", i, reference.GetString());
+        comp->SetMirrored((flags & kCompMirrored) != 0);
         const size_t pins = Count(kMinPin);
         for (size_t j = 0; j < pins; ++j) {
             const CString name = String();
@@ -194,7 +234,8 @@ private:
             const int shape = Int();
             const double sizeX = Double(), sizeY = Double(), angle = Double(), drill = Double();
             const int net = Int();
-            if (shape < 0 || shape > static_cast<int>(PadShape::Oblong))
+            const PadShape lastShape = m_version >= 2 ? PadShape::Polygon : PadShape::Oblong;
+            if (shape < 0 || shape > static_cast<int>(lastShape))
                 Fail("component '%s' pin %zu: unknown pad shape %d", reference.GetString(), j, shape);
             if (net < -1 || net >= m_pdb.GetNetCount())
                 Fail("component '%s' pin %zu: net index %d outside 0..%d", reference.GetString(), j, net,
@@ -202,7 +243,21 @@ private:
             CPRefPin* pin =
                 comp->AddPin(name, CPointD(px, py), static_cast<PadShape>(shape), sizeX, sizeY, angle, drill);
             if (net >= 0) m_pdb.GetNet(net)->AddPin(pin);
+            if (pin->GetShape() == PadShape::Polygon) ReadPadOutline(*pin, reference, j);
         }
+    }
+
+    void ReadPadOutline(CPRefPin& pin, const CString& reference, size_t j) {
+        const size_t contours = Count(kMinContour);
+        if (contours == 0) Fail("component '%s' pin %zu: a polygon pad without an outline", reference.GetString(), j);
+        CPadOutline outline(contours);
+        for (CArrayPointD& contour : outline) {
+            GetPoints(contour);
+            if (contour.GetSize() < 3)
+                Fail("component '%s' pin %zu: a pad contour of %d points", reference.GetString(), j,
+                     static_cast<int>(contour.GetSize()));
+        }
+        pin.SetPadOutline(std::move(outline));
     }
 
     void ReadRoute(CPNet& net) {
@@ -222,6 +277,16 @@ private:
                 CheckLayer(layer, "segment", j);
                 const double width = Double(), x1 = Double(), y1 = Double(), x2 = Double(), y2 = Double();
                 route.AddSegment(layer, width, C2PointD(CPointD(x1, y1), CPointD(x2, y2)));
+            } else if (type == CPRouteDObj::Arc && m_version >= 2) {
+                const int layer = Int();
+                CheckLayer(layer, "arc", j);
+                const double width = Double(), x1 = Double(), y1 = Double(), x2 = Double(), y2 = Double();
+                const double cx = Double(), cy = Double();
+                uint8_t clockwise = 0;
+                m_ar >> clockwise;
+                if (clockwise > 1)
+                    Fail("net '%s' arc %zu: direction %d is neither 0 nor 1", net.GetName().GetString(), j, clockwise);
+                route.AddArc(layer, width, C2PointD(CPointD(x1, y1), CPointD(x2, y2)), CPointD(cx, cy), clockwise != 0);
             } else {
                 Fail("net '%s' routing %zu: unknown kind %d", net.GetName().GetString(), j, type);
             }
@@ -240,8 +305,7 @@ private:
     void GetPoints(CArrayPointD& points) {
         const size_t count = Count(kMinPoint);
         points.SetSize(static_cast<INT_PTR>(count));
-        CPointD* p = points.GetData();
-        for (size_t i = 0; i < count; ++i) m_ar >> p[i].x >> p[i].y;
+        if (count) m_ar.Read(points.GetData(), count * sizeof(CPointD));
     }
 
     size_t Count(size_t minBytesEach) {
@@ -278,6 +342,7 @@ private:
 
     CArchive& m_ar;
     CPdb& m_pdb;
+    const int m_version;
     const char* m_section = "";
 };
 
@@ -324,12 +389,24 @@ int CPdbbProcessor::SavePDB(const CString& path, CPdb* pdb, int overwrite, int t
     return 1;
 }
 
-bool CPdbbProcessor::SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>& image, CString& error) {
+bool CPdbbProcessor::SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>& image, CString& error,
+                                     int version) {
+    if (version < kOldestFormatVersion || version > kFormatVersion) {
+        error.Format("format version %d cannot be written (this program writes %d..%d)", version,
+                     kOldestFormatVersion, kFormatVersion);
+        return false;
+    }
     if (!pdb.Validate(error)) return false;
+    if (version == 1) {
+        if (const char* newer = NewerThanVersion1(pdb)) {
+            error.Format("the board holds %s, which format version 1 cannot hold", newer);
+            return false;
+        }
+    }
     CByteFile data;
     {
         CArchive ar(&data, CArchive::store, 1 << 16);
-        PutBoard(ar, pdb);
+        PutBoard(ar, pdb, version);
         ar.Close();
     }
     CByteFile file;
@@ -337,7 +414,7 @@ bool CPdbbProcessor::SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>
     {
         CArchive ar(&file, CArchive::store, 1 << 16);
         ar.Write(kMagic, sizeof kMagic);
-        ar << static_cast<uint32_t>(kFormatVersion) << static_cast<uint64_t>(data.Bytes().size())
+        ar << static_cast<uint32_t>(version) << static_cast<uint64_t>(data.Bytes().size())
            << Crc32(data.Bytes().data(), data.Bytes().size());
         ar.Write(data.Bytes().data(), data.Bytes().size());
         ar.Close();
@@ -369,8 +446,9 @@ std::unique_ptr<CPdb> CPdbbProcessor::LoadPDBFromMemory(const void* data, size_t
         error = "not a board database file (no KPCBPDBB magic at its start)";
         return nullptr;
     }
-    if (version != static_cast<uint32_t>(kFormatVersion)) {
-        error.Format("format version %u is not supported (this program reads version %d)", version, kFormatVersion);
+    if (version < static_cast<uint32_t>(kOldestFormatVersion) || version > static_cast<uint32_t>(kFormatVersion)) {
+        error.Format("format version %u is not supported (this program reads versions %d to %d)", version,
+                     kOldestFormatVersion, kFormatVersion);
         return nullptr;
     }
     const size_t present = size - kHeaderSize;
@@ -395,7 +473,7 @@ std::unique_ptr<CPdb> CPdbbProcessor::LoadPDBFromMemory(const void* data, size_t
     const char* section = "";
     try {
         CArchive ar(&bodyFile, CArchive::load, 1 << 16);
-        BoardReader reader(ar, *pdb);
+        BoardReader reader(ar, *pdb, static_cast<int>(version));
         try {
             reader.Read();
         } catch (...) {

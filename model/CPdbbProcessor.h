@@ -3,7 +3,7 @@
 // A .pdbb file is a 24-byte header followed by the board data written through
 // CArchive (little-endian numbers, length-prefixed strings, 16/32-bit counts):
 //   "KPCBPDBB"  8 bytes, the magic
-//   version     uint32 (this program writes and reads 1)
+//   version     uint32 (this program writes 2 and reads 1 and 2)
 //   data size   uint64, the number of bytes after the header
 //   data CRC    uint32, CRC-32 of those bytes
 // A file that is empty, truncated, longer than announced, of another version or
@@ -20,7 +20,9 @@
 
 class CPdbbProcessor {
 public:
-    static constexpr int kFormatVersion = 1;
+    // The version written, and the oldest one still read.
+    static constexpr int kFormatVersion = 2;
+    static constexpr int kOldestFormatVersion = 1;
     static constexpr size_t kHeaderSize = 24;
 
     CPdbbProcessor() = default;
@@ -38,9 +40,11 @@ public:
     static std::unique_ptr<CPdb> LoadPDB(const CString& path, CString& error);
     // Reads the image of a .pdbb file from memory.
     static std::unique_ptr<CPdb> LoadPDBFromMemory(const void* data, size_t size, CString& error);
-    // The image of pdb as a .pdbb file. false, with the problem, for a board that does
-    // not pass CPdb::Validate.
-    static bool SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>& image, CString& error);
+    // The image of pdb as a .pdbb file of the given format version (an older one for
+    // older readers). false, with the problem, for a board that does not pass
+    // CPdb::Validate or holds what that version cannot.
+    static bool SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>& image, CString& error,
+                                int version = kFormatVersion);
 
     // Reads either form: the text form when the name ends in .pdbba (any case), a
     // .pdbb file otherwise.

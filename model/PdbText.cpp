@@ -9,9 +9,10 @@
 
 namespace {
 
-const char* const kKinds[] = {"COPPER", "SILK", "MASK", "OTHER"};
+const char* const kKinds[] = {"COPPER", "SILK", "MASK", "OTHER", "PASTE", "DRILL", "DOCUMENT"};
 const char* const kSides[] = {"TOP", "BOTTOM", "UNPLACED"};
-const char* const kShapes[] = {"ROUND", "RECT", "OBLONG"};
+const char* const kShapes[] = {"ROUND", "RECT", "OBLONG", "POLYGON"};
+const char* const kDirections[] = {"CCW", "CW"};
 
 // ---- Writing ----------------------------------------------------------------
 
@@ -102,14 +103,15 @@ public:
                 if (key != "PDBBA") Fail("the first record must be 'PDBBA %d'", CPdbText::kFormatVersion);
                 Expect(2);
                 const int version = Integer(1);
-                if (version != CPdbText::kFormatVersion)
-                    Fail("version %d of the text form is not supported (this program reads %d)", version,
-                         CPdbText::kFormatVersion);
+                if (version < CPdbText::kOldestFormatVersion || version > CPdbText::kFormatVersion)
+                    Fail("version %d of the text form is not supported (this program reads %d to %d)", version,
+                         CPdbText::kOldestFormatVersion, CPdbText::kFormatVersion);
                 header = true;
                 continue;
             }
             const std::string previous = m_previousKey;
             m_previousKey = key;
+            if (key != "CONTOUR") FinishPadOutline();
             if (key == "BOARD") {
                 Expect(2);
                 if (m_sawBoard) Fail("a second BOARD record");
@@ -121,7 +123,7 @@ public:
                 Points(1, m_pdb.GetOutline());
             } else if (key == "LAYER") {
                 Expect(4);
-                const int kind = Keyword(3, kKinds, 4, "layer kind");
+                const int kind = Keyword(3, kKinds, 7, "layer kind");
                 if (!m_pdb.GetLayerManager().AddLayer(Field(1), Field(2), static_cast<LayerKind>(kind)))
                     Fail("layer name '%s' is empty or used already", m_fields[1].c_str());
             } else if (key == "PART") {
@@ -133,14 +135,27 @@ public:
             } else if (key == "COMP") {
                 ReadComp();
             } else if (key == "PIN") {
-                if (previous != "COMP" && previous != "PIN") Fail("PIN must follow its COMP");
+                if (previous != "COMP" && previous != "PIN" && previous != "CONTOUR") Fail("PIN must follow its COMP");
                 ReadPin();
+            } else if (key == "CONTOUR") {
+                if (!m_polygonPin) Fail("CONTOUR must follow a POLYGON pin");
+                m_padOutline.emplace_back();
+                Points(1, m_padOutline.back());
+                if (m_padOutline.back().GetSize() < 3) Fail("a pad contour needs three points or more");
             } else if (key == "SEG") {
                 Expect(8);
                 CPNet* net = RouteNet(1);
                 const int layer = Layer(2);
                 net->GetRoute().AddSegment(layer, Number(3),
                                            C2PointD(CPointD(Number(4), Number(5)), CPointD(Number(6), Number(7))));
+            } else if (key == "ARC") {
+                Expect(11);
+                CPNet* net = RouteNet(1);
+                const int layer = Layer(2);
+                const bool clockwise = Keyword(10, kDirections, 2, "arc direction") == 1;
+                net->GetRoute().AddArc(layer, Number(3),
+                                       C2PointD(CPointD(Number(4), Number(5)), CPointD(Number(6), Number(7))),
+                                       CPointD(Number(8), Number(9)), clockwise);
             } else if (key == "VIA") {
                 Expect(8);
                 CPNet* net = RouteNet(1);
@@ -175,9 +190,18 @@ public:
         }
     }
 
+    // A POLYGON pin takes the CONTOUR lines that follow it.
+    void FinishPadOutline() {
+        if (!m_polygonPin) return;
+        if (m_padOutline.empty()) Fail("the POLYGON pad before this line has no CONTOUR lines");
+        m_polygonPin->SetPadOutline(std::move(m_padOutline));
+        m_padOutline.clear();
+        m_polygonPin = nullptr;
+    }
+
 private:
     void ReadComp() {
-        Expect(7);
+        if (m_fields.size() != 8 || m_fields[7] != "MIRRORED") Expect(7);
         CPPart* part = nullptr;
         if (!m_fields[2].empty()) {
             part = m_pdb.FindPart(Field(2));
@@ -186,15 +210,17 @@ private:
         const int side = Keyword(3, kSides, 3, "component side");
         m_comp = m_pdb.AddComp(Field(1), part, static_cast<CompSide>(side), CPointD(Number(4), Number(5)), Number(6));
         if (!m_comp) Fail("reference '%s' is empty or used already", m_fields[1].c_str());
+        m_comp->SetMirrored(m_fields.size() == 8);
     }
 
     void ReadPin() {
         Expect(10);
-        const int shape = Keyword(4, kShapes, 3, "pad shape");
+        const int shape = Keyword(4, kShapes, 4, "pad shape");
         CPNet* net = OptionalNet(9);
         CPRefPin* pin = m_comp->AddPin(Field(1), CPointD(Number(2), Number(3)), static_cast<PadShape>(shape),
                                        Number(5), Number(6), Number(7), Number(8));
         if (net) net->AddPin(pin);
+        if (pin->GetShape() == PadShape::Polygon) m_polygonPin = pin;
     }
 
     // Splits the next line into m_fields; false at the end of the text.
@@ -333,6 +359,8 @@ private:
     bool m_sawBoard = false, m_sawOutline = false;
     CPComp* m_comp = nullptr;
     CPArea* m_area = nullptr;
+    CPRefPin* m_polygonPin = nullptr;  // waiting for its CONTOUR lines
+    CPadOutline m_padOutline;
 };
 
 }  // namespace
@@ -363,12 +391,15 @@ CString CPdbText::Write(const CPdb& pdb) {
     for (int i = 0; i < pdb.GetCompCount(); ++i) {
         const CPComp* comp = pdb.GetComp(i);
         w.Key("COMP").Str(comp->GetReference()).Str(comp->GetPartName()).Word(kSides[static_cast<int>(comp->GetSide())]);
-        w.Num(comp->GetPosition().x).Num(comp->GetPosition().y).Num(comp->GetRotation()).End();
+        w.Num(comp->GetPosition().x).Num(comp->GetPosition().y).Num(comp->GetRotation());
+        if (comp->IsMirrored()) w.Word("MIRRORED");
+        w.End();
         for (int j = 0; j < comp->GetPinCount(); ++j) {
             const CPRefPin* pin = comp->GetPin(j);
             w.Key("PIN").Str(pin->GetName()).Num(pin->GetPosition().x).Num(pin->GetPosition().y);
             w.Word(kShapes[static_cast<int>(pin->GetShape())]).Num(pin->GetSizeX()).Num(pin->GetSizeY());
             w.Num(pin->GetPadAngle()).Num(pin->GetDrill()).Str(NetName(pin->GetNet())).End();
+            for (const CArrayPointD& contour : pin->GetPadOutline()) w.Key("CONTOUR").Points(contour).End();
         }
     }
 
@@ -383,8 +414,10 @@ CString CPdbText::Write(const CPdb& pdb) {
                 w.Str(layerName(obj->GetLastLayer())).End();
             } else {
                 const C2PointD& line = obj->GetLine();
-                w.Key("SEG").Str(net->GetName()).Str(layerName(obj->GetLayer())).Num(obj->GetWidth());
-                w.Num(line.p1.x).Num(line.p1.y).Num(line.p2.x).Num(line.p2.y).End();
+                w.Key(obj->IsArc() ? "ARC" : "SEG").Str(net->GetName()).Str(layerName(obj->GetLayer())).Num(obj->GetWidth());
+                w.Num(line.p1.x).Num(line.p1.y).Num(line.p2.x).Num(line.p2.y);
+                if (obj->IsArc()) w.Num(obj->GetCenter().x).Num(obj->GetCenter().y).Word(kDirections[obj->IsClockwise() ? 1 : 0]);
+                w.End();
             }
         }
     }

@@ -75,7 +75,7 @@ TEST(PdbbFile, HeaderCarriesMagicVersionSizeAndChecksum) {
     std::memcpy(&version, &image[8], 4);
     std::memcpy(&size, &image[12], 8);
     std::memcpy(&crc, &image[20], 4);
-    EXPECT_EQ(1u, version);
+    EXPECT_EQ(2u, version);
     EXPECT_EQ(image.size() - 24, size);
     EXPECT_EQ(Crc32(image.data() + 24, image.size() - 24), crc);
     // The data begins with the board name as an archive string.
@@ -106,8 +106,8 @@ TEST(PdbbFile, DamagedFilesAreRefusedWithAReason) {
     longer.push_back(0);
     EXPECT_NE(std::string::npos, LoadError(longer).find("corrupt"));
     Image newer = image;
-    newer[8] = 2;
-    EXPECT_NE(std::string::npos, LoadError(newer).find("version 2"));
+    newer[8] = 3;
+    EXPECT_NE(std::string::npos, LoadError(newer).find("version 3"));
     Image text(sample.begin(), sample.end());
     EXPECT_NE(std::string::npos, LoadError(text).find("magic"));
 }
@@ -154,7 +154,7 @@ TEST(PdbbFile, ContentsThatCannotBeABoardAreRefused) {
 }
 
 TEST(PdbbFile, ForgedDataNeverCrashesTheLoader) {
-    std::unique_ptr<CPdb> pdb = board_test::SmallBoard();
+    std::unique_ptr<CPdb> pdb = board_test::BoardWithEveryKind();
     const Image image = Save(*pdb);
     std::mt19937 random(12345);
     int loaded = 0;

@@ -59,4 +59,27 @@ inline std::unique_ptr<CPdb> SmallBoard() {
         "END\n");
 }
 
+// SmallBoard with one of each object that version 1 of the file forms cannot hold:
+// paste, drill and document layers, a mirrored component, polygon pads (a chamfered
+// square and a donut of two contours), a clockwise and a counter-clockwise arc.
+inline std::unique_ptr<CPdb> BoardWithEveryKind() {
+    std::unique_ptr<CPdb> pdb = SmallBoard();
+    CPDBLayerManager& layers = pdb->GetLayerManager();
+    layers.AddLayer("PASTE_B", "pb", LayerKind::Paste);
+    layers.AddLayer("DRILL", "d", LayerKind::Drill);
+    layers.AddLayer("ASSY", "a", LayerKind::Document);
+    CPComp* comp = pdb->AddComp("J1", pdb->FindPart("R0603"), CompSide::Bottom, CPointD(8, 2), 270);
+    comp->SetMirrored(true);
+    CPRefPin* square = comp->AddPin("1", CPointD(7.5, 2), PadShape::Polygon, 0, 0, 0, 0.3);
+    square->SetPadOutline({CArrayPointD{{-0.5, -0.5}, {0.5, -0.5}, {0.5, 0.25}, {0.25, 0.5}, {-0.5, 0.5}}});
+    CPRefPin* donut = comp->AddPin("2", CPointD(8.5, 2), PadShape::Polygon, 0, 0, 0, 0);
+    donut->SetPadOutline({CArrayPointD{{-0.4, -0.4}, {0.4, -0.4}, {0.4, 0.4}, {-0.4, 0.4}},
+                          CArrayPointD{{-0.1, -0.1}, {0.1, -0.1}, {0.1, 0.1}, {-0.1, 0.1}}});
+    pdb->FindNet("GND")->AddPin(donut);
+    CPRouteNet& route = pdb->FindNet("N1")->GetRoute();
+    route.AddArc(1, 0.2, C2PointD(CPointD(10, 5), CPointD(11, 6)), CPointD(11, 5), true);
+    route.AddArc(2, 0.3, C2PointD(CPointD(12, 3), CPointD(12, 3)), CPointD(12.5, 3), false);
+    return pdb;
+}
+
 }  // namespace board_test

@@ -175,7 +175,7 @@ TEST(BoardText, ReaderRefusesWithTheLineAndTheReason) {
     const Case cases[] = {
         {"", "PDBBA"},
         {"BOARD x\nEND\n", "line 1"},
-        {"PDBBA 2\nEND\n", "version 2"},
+        {"PDBBA 3\nEND\n", "version 3"},
         {head, "without END"},
         {head + "END\nNET M\n", "line 6: text after END"},
         {head + "PIN 1 0 0 RECT 1 1 0 0 M\nEND\n", "line 5: unknown net 'M'"},
@@ -196,6 +196,10 @@ TEST(BoardText, ReaderRefusesWithTheLineAndTheReason) {
         {head + "NET \"\\q\"\nEND\n", "unknown escape"},
         {head + "WIRE N\nEND\n", "unknown record 'WIRE'"},
         {head + "BOARD a\nBOARD b\nEND\n", "second BOARD"},
+        {head + "PIN 1 0 0 POLYGON 1 1 0 0 N\nPIN 2 0 0 RECT 1 1 0 0 N\nEND\n", "line 6: the POLYGON pad"},
+        {head + "PIN 1 0 0 POLYGON 1 1 0 0 N\nCONTOUR 2 0 0 1 1\nEND\n", "three points"},
+        {head + "PIN 1 0 0 RECT 1 1 0 0 N\nCONTOUR 3 0 0 1 0 1 1\nEND\n", "CONTOUR must follow a POLYGON"},
+        {head + "ARC N T 1 0 0 1 1 1 0 LEFT\nEND\n", "unknown arc direction"},
     };
     for (const Case& c : cases) {
         CString error;
