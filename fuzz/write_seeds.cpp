@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "BoardGenerator.h"
 #include "CArchive.h"
 #include "CPdbbProcessor.h"
 #include "InformationRecords.h"
@@ -67,5 +68,11 @@ int main(int argc, char** argv) {
     if (CPdbbProcessor::SavePDBToMemory(*board, image, error)) Write(root / "board" / "demo.pdbb", image);
     const CString text = CPdbText::Write(*board);
     Write(root / "board" / "demo.pdbba", std::vector<unsigned char>(text.str().begin(), text.str().end()));
+    // A generated board holds polygon pads, track arcs and mirrored components too.
+    const std::unique_ptr<CPdb> generated = GenerateBoard(12, 5);
+    if (CPdbbProcessor::SavePDBToMemory(*generated, image, error)) Write(root / "board" / "generated.pdbb", image);
+    const CString generatedText = CPdbText::Write(*generated);
+    Write(root / "board" / "generated.pdbba",
+          std::vector<unsigned char>(generatedText.str().begin(), generatedText.str().end()));
     return 0;
 }

@@ -90,8 +90,10 @@ public:
                 pinName.Format("%d", static_cast<int>(k + 1));
                 CPRefPin* pin = comp->AddPin(pinName, Place(CPointD(t.x, t.y), origin, rotation, bottom), t.shape,
                                              t.sizeX, t.sizeY, rotation, t.drill);
+                if (kind == 3 && k == 0) pin->SetPadOutline(PinOneOutline(t.sizeX, rotation, bottom));
                 Connect(pin);
             }
+            comp->SetMirrored(bottom);
             m_pdb->AddText(bottom ? m_silkBottom : m_silkTop, reference, origin + CPointD(-1.5, 3.5), 1.0, 0);
         }
         Route();
@@ -101,6 +103,17 @@ public:
     }
 
 private:
+    // A connector's pin 1: a square with one corner cut off, turned and mirrored with
+    // its component.
+    static CPadOutline PinOneOutline(double size, double rotation, bool bottom) {
+        const double h = size / 2, cut = size / 3;
+        CArrayPointD contour;
+        for (const CPointD& corner : {CPointD(-h, -h), CPointD(h, -h), CPointD(h, h - cut), CPointD(h - cut, h),
+                                      CPointD(-h, h)})
+            contour.Add(Place(corner, CPointD(), rotation, bottom));
+        return {contour};
+    }
+
     void MakeLayers() {
         CPDBLayerManager& layers = m_pdb->GetLayerManager();
         m_silkTop = layers.AddLayer("SILK_TOP", "SST", LayerKind::Silk)->GetIndex();
@@ -157,11 +170,30 @@ private:
                 const int layerA = OuterLayer(a, OuterLayer(b, m_top));
                 const int layerB = OuterLayer(b, layerA);
                 const CPointD corner(b->GetPosition().x, a->GetPosition().y);
+                if (layerA == layerB && n % 4 == 0 && RoundCorner(route, layerA, a->GetPosition(), corner, b->GetPosition()))
+                    continue;
                 if (corner != a->GetPosition()) route.AddSegment(layerA, 0.2, C2PointD(a->GetPosition(), corner));
                 if (layerA != layerB) route.AddVia(corner, 0.6, 0.3, m_top, m_bottom);
                 if (corner != b->GetPosition()) route.AddSegment(layerB, 0.2, C2PointD(corner, b->GetPosition()));
             }
         }
+    }
+
+    // a -> corner -> b with the corner rounded by a quarter arc; false when a leg is
+    // too short for it.
+    static bool RoundCorner(CPRouteNet& route, int layer, const CPointD& a, const CPointD& corner, const CPointD& b) {
+        constexpr double kRadius = 0.5;
+        const double leg1 = a.Distance(corner), leg2 = corner.Distance(b);
+        if (leg1 < 2 * kRadius || leg2 < 2 * kRadius) return false;
+        const CPointD d1((corner.x - a.x) / leg1, (corner.y - a.y) / leg1), d2((b.x - corner.x) / leg2, (b.y - corner.y) / leg2);
+        const CPointD start(corner.x - kRadius * d1.x, corner.y - kRadius * d1.y);
+        const CPointD end(corner.x + kRadius * d2.x, corner.y + kRadius * d2.y);
+        const CPointD centre(start.x + kRadius * d2.x, start.y + kRadius * d2.y);
+        const bool clockwise = d1.x * d2.y - d1.y * d2.x < 0;  // a right turn
+        route.AddSegment(layer, 0.2, C2PointD(a, start));
+        route.AddArc(layer, 0.2, C2PointD(start, end), centre, clockwise);
+        route.AddSegment(layer, 0.2, C2PointD(end, b));
+        return true;
     }
 
     void AddPlane(CPNet* net, int layer, double width, double height) {

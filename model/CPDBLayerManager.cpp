@@ -42,7 +42,7 @@ int CPDBLayerManager::GetBottomCopperIndex() const {
 
 BoardSide CPDBLayerManager::GetLayerSide(int index) const {
     const CPLay* layer = GetLayer(index);
-    if (!layer || layer->GetKind() == LayerKind::Other) return BoardSide::None;
+    if (!layer || layer->GetKind() == LayerKind::Other || layer->GetKind() == LayerKind::Drill) return BoardSide::None;
     const int top = GetTopCopperIndex(), bottom = GetBottomCopperIndex();
     if (top < 0) return BoardSide::None;
     if (layer->IsCopper()) {

@@ -65,8 +65,9 @@ public:
     // Index of the first / last copper layer of the stack, or -1 without copper.
     int GetTopCopperIndex() const;
     int GetBottomCopperIndex() const;
-    // Copper: the outer layers give their side, inner ones None. Silk and mask layers
-    // above the top copper are Top, below the bottom copper Bottom. Others: None.
+    // Copper: the outer layers give their side, inner ones None. Silk, mask, paste and
+    // document layers above the top copper are Top, below the bottom copper Bottom.
+    // Other and drill layers (a drill goes through the board): None.
     BoardSide GetLayerSide(int index) const;
 
     // Changes every name (viewer and ECAD) through convert and rebuilds the lookups.

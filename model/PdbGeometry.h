@@ -25,6 +25,19 @@ public:
     double y = 0;
 };
 
+// The angle, in radians, that an arc about centre sweeps from `from` to `to`:
+// positive counter-clockwise, in (0, 2 pi]; negative clockwise, in [-2 pi, 0). Equal
+// ends sweep a whole turn.
+inline double ArcSweep(const CPointD& centre, const CPointD& from, const CPointD& to, bool clockwise) {
+    constexpr double kTurn = 6.283185307179586476925;
+    if (from == to) return clockwise ? -kTurn : kTurn;
+    const double start = std::atan2(from.y - centre.y, from.x - centre.x);
+    const double end = std::atan2(to.y - centre.y, to.x - centre.x);
+    double sweep = std::fmod(clockwise ? start - end : end - start, kTurn);
+    if (sweep <= 0) sweep += kTurn;
+    return clockwise ? -sweep : sweep;
+}
+
 // An axis-aligned rectangle. A fresh rectangle is empty (min above max) and grows
 // with Include.
 class CRectD {

@@ -92,10 +92,19 @@ CRectD CPRouteDObj::GetBoundingRect() const {
     r.Include(m_Line.p1);
     r.Include(m_Line.p2);
     if (m_Type == Arc) {
-        // The whole circle: a little generous, never too small.
+        // Besides its ends, an arc reaches farthest where it crosses the axes through
+        // its centre: right, up, left, down.
         const double radius = m_Center.Distance(m_Line.p1);
-        r.Include(CPointD(m_Center.x - radius, m_Center.y - radius));
-        r.Include(CPointD(m_Center.x + radius, m_Center.y + radius));
+        const double sweep = ArcSweep(m_Center, m_Line.p1, m_Line.p2, m_Clockwise);
+        const double start = std::atan2(m_Line.p1.y - m_Center.y, m_Line.p1.x - m_Center.x);
+        constexpr double kQuarter = 1.5707963267948966192, kTurn = 4 * kQuarter;
+        const CPointD reach[4] = {{radius, 0}, {0, radius}, {-radius, 0}, {0, -radius}};
+        for (int k = 0; k < 4; ++k) {
+            // How far past the start the axis lies, going the arc's way round.
+            double past = std::fmod(sweep > 0 ? k * kQuarter - start : start - k * kQuarter, kTurn);
+            if (past < 0) past += kTurn;
+            if (past <= std::fabs(sweep)) r.Include(m_Center + reach[k]);
+        }
     }
     r.Inflate(m_Width / 2);
     return r;

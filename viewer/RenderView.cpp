@@ -71,9 +71,14 @@ private:
         m_silkBottom = SilkOf(BoardSide::Bottom);
     }
 
+    // Layers that belong to neither side (other and drill layers, documents between
+    // the copper) show in every view.
     bool OnViewedSide(int index) const {
-        if (m_view.side == Side::All || m_layers.GetLayer(index)->GetKind() == LayerKind::Other) return true;
-        return m_layers.GetLayerSide(index) == (m_view.side == Side::Top ? BoardSide::Top : BoardSide::Bottom);
+        const LayerKind kind = m_layers.GetLayer(index)->GetKind();
+        const BoardSide side = m_layers.GetLayerSide(index);
+        if (m_view.side == Side::All || kind == LayerKind::Other || kind == LayerKind::Drill) return true;
+        if (kind == LayerKind::Document && side == BoardSide::None) return true;
+        return side == (m_view.side == Side::Top ? BoardSide::Top : BoardSide::Bottom);
     }
 
     bool Shown(int layer) const {
@@ -146,7 +151,31 @@ private:
 
     void DrawTrack(const CPRouteDObj& track, Rgb c) {
         const C2PointD& line = track.GetLine();
-        m_raster.FillCapsule(m_t.ToPixel(line.p1), m_t.ToPixel(line.p2), track.GetWidth() / 2 * m_t.Scale(), c);
+        const double halfWidth = track.GetWidth() / 2 * m_t.Scale();
+        if (!track.IsArc()) {
+            m_raster.FillCapsule(m_t.ToPixel(line.p1), m_t.ToPixel(line.p2), halfWidth, c);
+            return;
+        }
+        // An arc is stroked as a chain of round-ended pieces, short enough that no piece
+        // strays more than a quarter pixel from the arc.
+        const CPointD& centre = track.GetCenter();
+        const double radius = centre.Distance(line.p1);
+        const CRectD box = track.GetBoundingRect();
+        if (!NearPicture(box.Center(), std::max(box.Width(), box.Height()))) return;
+        const double sweep = ArcSweep(centre, line.p1, line.p2, track.IsClockwise());
+        const double radiusPixels = radius * m_t.Scale();
+        const double step = radiusPixels > 0.25 ? 2 * std::acos(1 - 0.25 / radiusPixels) : kPi;
+        const int pieces = std::min(std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / step))), 4096);
+        const double start = std::atan2(line.p1.y - centre.y, line.p1.x - centre.x);
+        PixelPoint from = m_t.ToPixel(line.p1);
+        for (int k = 1; k <= pieces; ++k) {
+            const double a = start + sweep * k / pieces;
+            const PixelPoint to =
+                k == pieces ? m_t.ToPixel(line.p2)
+                            : m_t.ToPixel(CPointD(centre.x + radius * std::cos(a), centre.y + radius * std::sin(a)));
+            m_raster.FillCapsule(from, to, halfWidth, c);
+            from = to;
+        }
     }
 
     void DrawVia(const CPRouteDObj& via, Rgb c) {
@@ -157,6 +186,19 @@ private:
     void DrawPad(const CPRefPin& pin, Rgb c) {
         const CPointD& at = pin.GetPosition();
         const double sx = pin.GetSizeX(), sy = pin.GetSizeY();
+        if (pin.GetShape() == PadShape::Polygon) {
+            // The outline may lie off the pin's position: cull by its own extent.
+            const CRectD box = pin.GetPadRect();
+            if (!NearPicture(box.Center(), std::max(box.Width(), box.Height()))) return;
+            std::vector<std::vector<PixelPoint>> rings;
+            for (const CArrayPointD& contour : pin.GetPadOutline()) {
+                std::vector<PixelPoint>& ring = rings.emplace_back();
+                ring.reserve(static_cast<size_t>(contour.GetSize()));
+                for (INT_PTR i = 0; i < contour.GetSize(); ++i) ring.push_back(m_t.ToPixel(at + contour[i]));
+            }
+            m_raster.FillPolygon(rings, c);
+            return;
+        }
         if (!NearPicture(at, std::max(sx, sy))) return;
         const double a = pin.GetPadAngle() * kPi / 180;
         const CPointD u(std::cos(a), std::sin(a)), v(-std::sin(a), std::cos(a));
@@ -180,6 +222,8 @@ private:
                 m_raster.FillCapsule(m_t.ToPixel(along(0, -(sy - sx) / 2)), m_t.ToPixel(along(0, (sy - sx) / 2)),
                                      sx / 2 * m_t.Scale(), c);
             break;
+        case PadShape::Polygon:
+            break;  // drawn above
         }
     }
 
@@ -240,7 +284,10 @@ private:
     }
 
     // Text from its anchor (the left end of its base line), turned by rotation degrees.
-    void DrawText(const std::string& text, const CPointD& anchor, double height, double rotation, Rgb c) {
+    // Mirrored text runs from its anchor the other way, each glyph flipped, as a text
+    // on the far side of the board is seen through it.
+    void DrawText(const std::string& text, const CPointD& anchor, double height, double rotation, Rgb c,
+                  bool mirrored = false) {
         if (text.empty() || !(height * m_t.Scale() >= kSmallestTextPixels)) return;
         const double length = height * (kGlyphAdvance * static_cast<double>(text.size()));
         if (!NearPicture(anchor, length + height)) return;
@@ -252,7 +299,7 @@ private:
             for (const std::vector<GlyphPoint>& stroke : Glyph(text[k])) {
                 std::vector<PixelPoint> points;
                 for (const GlyphPoint& g : stroke) {
-                    const double x = origin + g.x * unit, y = g.y * unit;
+                    const double x = (mirrored ? -1 : 1) * (origin + g.x * unit), y = g.y * unit;
                     points.push_back(m_t.ToPixel(CPointD(anchor.x + x * cs - y * sn, anchor.y + x * sn + y * cs)));
                 }
                 if (points.size() == 1) points.push_back(points[0]);
@@ -309,8 +356,10 @@ private:
         const double height = std::min({kReferenceHeight, 0.6 * across, 0.9 * along / glyphs});
         const double half = glyphs * height / 2;
         const CPointD mid = box.Center();
-        const CPointD anchor = upright ? CPointD(mid.x + height / 2, mid.y - half) : CPointD(mid.x - half, mid.y - height / 2);
-        DrawText(reference, anchor, height, upright ? 90 : 0, c);
+        const double from = comp.IsMirrored() ? half : -half;  // mirrored text runs back from its anchor
+        const CPointD anchor =
+            upright ? CPointD(mid.x + height / 2, mid.y + from) : CPointD(mid.x + from, mid.y - height / 2);
+        DrawText(reference, anchor, height, upright ? 90 : 0, c, comp.IsMirrored());
     }
 
     void DrawBodies(bool marked) {
@@ -371,6 +420,12 @@ Rgb LayerColor(const CPDBLayerManager& layers, int index) {
         return side == BoardSide::Top ? palette::kSilkTop : side == BoardSide::Bottom ? palette::kSilkBottom : palette::kSilkOther;
     case LayerKind::Mask:
         return side == BoardSide::Top ? palette::kMaskTop : side == BoardSide::Bottom ? palette::kMaskBottom : palette::kMaskOther;
+    case LayerKind::Paste:
+        return side == BoardSide::Top ? palette::kPasteTop : side == BoardSide::Bottom ? palette::kPasteBottom : palette::kPasteOther;
+    case LayerKind::Drill:
+        return palette::kDrillLayer;
+    case LayerKind::Document:
+        return palette::kDocument;
     case LayerKind::Other:
         break;
     }

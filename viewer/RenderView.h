@@ -35,6 +35,11 @@ constexpr Rgb kSilkOther{200, 200, 200};
 constexpr Rgb kMaskTop{110, 170, 120};
 constexpr Rgb kMaskBottom{110, 140, 180};
 constexpr Rgb kMaskOther{130, 150, 150};
+constexpr Rgb kPasteTop{190, 190, 200};
+constexpr Rgb kPasteBottom{160, 160, 190};
+constexpr Rgb kPasteOther{175, 175, 185};
+constexpr Rgb kDrillLayer{250, 250, 160};
+constexpr Rgb kDocument{190, 140, 200};
 constexpr Rgb kOther{160, 160, 160};
 }  // namespace palette
 
