@@ -8,7 +8,7 @@
 #include "CArrayD.h"
 #include "CArrayN.h"
 #include "CStringArray.h"
-#include "CompatTestSupport.h"
+#include "ByteImages.h"
 #include "platform.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "CException.h"
-#include "CompatTestSupport.h"
+#include "ByteImages.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 
 #include "BmpReader.h"
 #include "KPCBAPI.hpp"
+#include "LiveViewer.h"
 #include "PdbText.h"
 #include "TestPaths.h"
 #include "TestSystem.h"
@@ -18,6 +19,7 @@
 using render_test::Bmp;
 using render_test::Color;
 using testing_support::TempDir;
+using testing_support::Viewer;
 
 namespace {
 
@@ -82,15 +84,6 @@ struct View {
         const Point v = Turn(p.x - centre.x, p.y - centre.y);
         return Point{width / 2.0 + scale * v.x, height / 2.0 - scale * v.y};
     }
-};
-
-class Viewer {
-public:
-    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
-    ~Viewer() {
-        if (pid > 0) KPCB_Exit(pid, 1);
-    }
-    const int pid;
 };
 
 class Capture : public ::testing::Test {
