@@ -1,9 +1,8 @@
-// The pointer arrays exported from the client library, one per element type that the
-// project defines (see ExPtrArrayInstances.h).
+// The pointer arrays exported from the client library, one per element type of the
+// board model (see ExPtrArrayInstances.h).
 #include "ExPtrArrayInstances.h"
 
 #include "CArrayN.h"
-#include "CKPRCI__Base.h"
 #include "CPDBLayerManager.h"
 #include "PdbGeometry.h"
 #include "PdbObjects.h"
@@ -13,7 +12,6 @@
 template class CExPtrArray<C2PointD*, C2PointD*>;
 template class CExPtrArray<CArrayN*, CArrayN*>;
 template class CExPtrArray<CArrayPointD*, CArrayPointD*>;
-template class CExPtrArray<CKPRCI__Base*, CKPRCI__Base*>;
 template class CExPtrArray<CPDrawObj*, CPDrawObj*>;
 template class CExPtrArray<CPLay*, CPLay*>;
 template class CExPtrArray<CPNet*, CPNet*>;

@@ -1,6 +1,7 @@
-// The element types whose pointer arrays the client library exports. Each array is
-// instantiated once, in ExPtrArrayInstances.cpp; these declarations keep every other
-// source from making a private copy of it.
+// The board's element types whose pointer arrays the client library exports. Each
+// array is instantiated once, in ExPtrArrayInstances.cpp (the command records' array
+// lives with the client library, in CommandRecordArray.cpp); these declarations keep
+// every other source from making a private copy of it.
 #pragma once
 
 #include "CExPtrArray.h"
@@ -9,7 +10,6 @@
 class C2PointD;
 class CArrayN;
 class CArrayPointD;
-class CKPRCI__Base;
 class CPDrawObj;
 class CPLay;
 class CPNet;
@@ -21,7 +21,6 @@ class CRectD;
 extern template class KPCBAPI_EXPORT CExPtrArray<C2PointD*, C2PointD*>;
 extern template class KPCBAPI_EXPORT CExPtrArray<CArrayN*, CArrayN*>;
 extern template class KPCBAPI_EXPORT CExPtrArray<CArrayPointD*, CArrayPointD*>;
-extern template class KPCBAPI_EXPORT CExPtrArray<CKPRCI__Base*, CKPRCI__Base*>;
 extern template class KPCBAPI_EXPORT CExPtrArray<CPDrawObj*, CPDrawObj*>;
 extern template class KPCBAPI_EXPORT CExPtrArray<CPLay*, CPLay*>;
 extern template class KPCBAPI_EXPORT CExPtrArray<CPNet*, CPNet*>;

@@ -13,6 +13,7 @@
 #include "FakeViewer.h"
 #include "InformationRecords.h"
 #include "KPCBAPI.hpp"
+#include "LiveViewer.h"
 #include "PolygonMergeRecords.h"
 #include "RedMarkRecords.h"
 #include "TestPaths.h"
@@ -21,17 +22,10 @@
 using testing_support::Bytes;
 using testing_support::FakeViewer;
 using testing_support::ImageOf;
+using testing_support::OwnedString;
 
 namespace {
 constexpr int kDeadPid = 0x7FFFFFF0;
-
-// A wide string owned by the library, freed at the end of the test.
-struct OwnedString {
-    wchar_t* text = nullptr;
-    ~OwnedString() { KPCB_FreeString(text); }
-};
-
-std::wstring Wide(const wchar_t* text) { return text ? std::wstring(text) : std::wstring(L"(null)"); }
 
 void AnswerMalformed(FakeViewer& viewer) { viewer.AnswerRaw({testing_support::LengthMessage(3), Bytes{1, 2, 3}}); }
 }  // namespace
@@ -53,7 +47,7 @@ TEST(RedMarks, LoadChecksTheFileFirstAndJoinsTitles) {
     testing_support::TempDir dir;
     const std::string file = dir / "marks.txt";
     std::ofstream(file) << "x";
-    const std::wstring wideFile(file.begin(), file.end());
+    const std::wstring wideFile = testing_support::Wide(file);
     FakeViewer viewer;
     EXPECT_EQ(KPCB_RedMarkLoad(viewer.pid(), (wideFile + L".missing").c_str(), nullptr, L";", 1), KPCB_ERR_200);
     EXPECT_EQ(viewer.SettledMessageCount(), 0u) << "nothing sent for a missing file";
@@ -64,7 +58,7 @@ TEST(RedMarks, LoadChecksTheFileFirstAndJoinsTitles) {
     viewer.AnswerWith(reply);
     OwnedString titles;
     EXPECT_EQ(KPCB_RedMarkLoad(viewer.pid(), wideFile.c_str(), &titles.text, L";", 0), 0);
-    EXPECT_EQ(Wide(titles.text), L"Short;Open pad;Via");
+    EXPECT_EQ(titles.str(), L"Short;Open pad;Via");
     CKPRCI_RedMark_SaveLoad expected;
     expected.SetReadState(1);
     expected.SetRedMarkFilePath(CString(file));
@@ -80,7 +74,7 @@ TEST(RedMarks, CallUpDeliversIntoNewOrGivenBuffer) {
     viewer.AnswerWith(reply);
     OwnedString fresh;
     EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(viewer.pid(), L"Short", &fresh.text), 0);
-    EXPECT_EQ(Wide(fresh.text), L"  check R12  ") << "not trimmed";
+    EXPECT_EQ(fresh.str(), L"  check R12  ") << "not trimmed";
     wchar_t buffer[64] = L"old text that is longer than the answer";
     wchar_t* inPlace = buffer;
     EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(viewer.pid(), L"Short", &inPlace), 0);
@@ -196,8 +190,8 @@ TEST(Information, PinListOfNet) {
     viewer.AnswerWith(reply);
     OwnedString net, pins;
     EXPECT_EQ(KPCB_GetPinListInfoOfNet_RefPin(viewer.pid(), L"U1", L"7", &net.text, &pins.text, L","), 0);
-    EXPECT_EQ(Wide(net.text), L"GND") << "trimmed on the right";
-    EXPECT_EQ(Wide(pins.text), L"U1-7, C1-2,J1-1 ") << "joined, not trimmed";
+    EXPECT_EQ(net.str(), L"GND") << "trimmed on the right";
+    EXPECT_EQ(pins.str(), L"U1-7, C1-2,J1-1 ") << "joined, not trimmed";
     EXPECT_EQ(viewer.Payloads().at(0), (Bytes{19, 0, 0, 0, 2, 'U', '1', 1, '7'}));
 
     CKPRCI_Information_GetPinListInfoOfNet_RefPin_RV missing;

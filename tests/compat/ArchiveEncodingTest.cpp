@@ -8,7 +8,7 @@
 #include "CArrayD.h"
 #include "CArrayN.h"
 #include "CStringArray.h"
-#include "CompatTestSupport.h"
+#include "ByteImages.h"
 #include "platform.h"
 
 namespace {
@@ -27,29 +27,6 @@ CString LoadString(const Bytes& image, ULONGLONG* left = nullptr) {
     ar >> text;
     if (left) *left = ar.Remaining();
     return text;
-}
-
-TEST(ArchiveNumbers, LittleEndianWidths) {
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << -200; })), "38 FF FF FF");
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << 1.5; })), "00 00 00 00 00 00 F8 3F");
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << static_cast<DWORD>(0x00563412); })), "12 34 56 00");
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << static_cast<WORD>(0xBEEF) << static_cast<BYTE>(7); })), "EF BE 07");
-
-    CMemFile file(1024);
-    FillFile(file, {0x38, 0xFF, 0xFF, 0xFF, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xF8, 0x3F});
-    CArchive ar(&file, CArchive::load, 4096);
-    int i = 0;
-    double d = 0;
-    ar >> i >> d;
-    EXPECT_EQ(i, -200);
-    EXPECT_EQ(d, 1.5);
-}
-
-TEST(ArchiveStrings, ShortExamples) {
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << CString("U1"); })), "02 55 31");
-    EXPECT_EQ(Hex(Image([](CArchive& ar) { ar << CString(); })), "00");
-    CStringArray list{"a", "bc"};
-    EXPECT_EQ(Hex(Image([&](CArchive& ar) { list.Serialize(ar); })), "02 00 01 61 02 62 63");
 }
 
 struct StringBoundary {
@@ -162,14 +139,6 @@ TEST(ArchiveCounts, ListsAtTheCountBoundary) {
         intsLoaded.Serialize(intAr);
         EXPECT_TRUE(intsLoaded == ints);
     }
-}
-
-TEST(ArchiveCounts, ValueArrays) {
-    CArrayD doubles{1.5, -2.0};
-    EXPECT_EQ(Hex(Image([&](CArchive& ar) { doubles.Serialize(ar); })),
-              "02 00 00 00 00 00 00 00 F8 3F 00 00 00 00 00 00 00 C0");
-    CArrayN ints{-200, 1};
-    EXPECT_EQ(Hex(Image([&](CArchive& ar) { ints.Serialize(ar); })), "02 00 38 FF FF FF 01 00 00 00");
 }
 
 // ---- Loads that run past the end -------------------------------------------

@@ -1,38 +1,13 @@
-// The memory file under every frame: length, position, seeking and direct buffer access.
+// The memory file under every frame: seeking, length changes and direct buffer access
+// (plain writes and reads are exercised by every byte-image test).
 #include <gtest/gtest.h>
 
 #include <cstring>
 
 #include "CException.h"
-#include "CompatTestSupport.h"
+#include "ByteImages.h"
 
 namespace {
-
-TEST(MemFile, WriteReadAndPosition) {
-    CMemFile file(16);
-    FillFile(file, {1, 2, 3, 4, 5});
-    EXPECT_EQ(file.GetLength(), 5u);
-    EXPECT_EQ(file.GetPosition(), 0u);
-    uint8_t out[8] = {};
-    EXPECT_EQ(file.Read(out, 3), 3u);
-    EXPECT_EQ(Hex(Bytes(out, out + 3)), "01 02 03");
-    EXPECT_EQ(file.GetPosition(), 3u);
-    EXPECT_EQ(file.Read(out, 8), 2u);  // only what is left
-    EXPECT_EQ(Hex(Bytes(out, out + 2)), "04 05");
-    EXPECT_EQ(file.Read(out, 8), 0u);  // at the end
-}
-
-TEST(MemFile, GrowsAcrossManySmallWrites) {
-    CMemFile file(16);
-    Bytes written;
-    for (int i = 0; i < 20000; ++i) {
-        const uint8_t chunk[3] = {uint8_t(i), uint8_t(i >> 8), uint8_t(i * 7)};
-        file.Write(chunk, 3);
-        written.insert(written.end(), chunk, chunk + 3);
-    }
-    EXPECT_EQ(file.GetLength(), written.size());
-    EXPECT_TRUE(FileBytes(file) == written);
-}
 
 TEST(MemFile, Seek) {
     CMemFile file(1024);

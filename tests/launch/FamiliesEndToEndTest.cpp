@@ -6,30 +6,17 @@
 #include <fstream>
 
 #include "KPCBAPI.hpp"
+#include "LiveViewer.h"
 #include "TestPaths.h"
 #include "TestSystem.h"
 #include "platform.h"
 
+using testing_support::OwnedString;
 using testing_support::TempDir;
+using testing_support::Viewer;
+using testing_support::Wide;
 
 namespace {
-
-struct OwnedString {
-    wchar_t* text = nullptr;
-    ~OwnedString() { KPCB_FreeString(text); }
-    std::wstring str() const { return text ? text : L"(null)"; }
-};
-
-std::wstring Wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
-
-class Viewer {
-public:
-    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
-    ~Viewer() {
-        if (pid > 0) KPCB_Exit(pid, 1);
-    }
-    const int pid;
-};
 
 class EndToEnd : public ::testing::Test {
 protected:

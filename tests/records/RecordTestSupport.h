@@ -1,18 +1,14 @@
-// Helpers of the record tests: archive images in and out of memory files, and
-// readable failure output for byte images and string lists.
+// Helpers of the record tests: record images in and out of archives, readable
+// failure output for string lists.
 #pragma once
 
-#include <cstdint>
-#include <cstdio>
+#include <memory>
 #include <ostream>
-#include <string>
-#include <vector>
 
-#include "CArchive.h"
-#include "CMemFile.h"
+#include "ByteImages.h"
+#include "CKPRCI__Base.h"
 #include "CStringArray.h"
-
-using Bytes = std::vector<uint8_t>;
+#include "RecordFactory.h"
 
 inline void PrintTo(const CStringArray& list, std::ostream* os) {
     *os << "{";
@@ -20,39 +16,10 @@ inline void PrintTo(const CStringArray& list, std::ostream* os) {
     *os << "}";
 }
 
-inline std::string Hex(const Bytes& bytes) {
-    std::string out;
-    char cell[4];
-    for (uint8_t b : bytes) {
-        std::snprintf(cell, sizeof cell, "%02X ", b);
-        out += cell;
-    }
-    if (!out.empty()) out.pop_back();
-    return out;
-}
-
-inline Bytes FileBytes(CMemFile& file) {
-    Bytes bytes(static_cast<size_t>(file.GetLength()));
-    file.SeekToBegin();
-    if (!bytes.empty()) file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-    file.SeekToBegin();
-    return bytes;
-}
-
-inline void FillFile(CMemFile& file, const Bytes& bytes) {
-    if (!bytes.empty()) file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
-    file.SeekToBegin();
-}
-
-// The archive image of a record, written as the client writes it: a memory file that
-// grows by 1024, a storing archive with a 4096-byte buffer, closed before use.
+// The archive image of a record, written as the client writes it.
 template <class Record>
 Bytes Store(Record& record) {
-    CMemFile file(1024);
-    CArchive ar(&file, CArchive::store, 4096);
-    record.Serialize(ar);
-    ar.Close();
-    return FileBytes(file);
+    return Image([&](CArchive& ar) { record.Serialize(ar); });
 }
 
 // Loads an image into record; raises what the archive raises. Returns the bytes the
@@ -68,8 +35,9 @@ ULONGLONG Load(const Bytes& image, Record& record) {
     return left;
 }
 
-inline Bytes Concat(std::initializer_list<Bytes> parts) {
-    Bytes all;
-    for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
+// The command record that the factory builds from a payload, or null.
+inline std::unique_ptr<CKPRCI__Base> LoadCommandBytes(const Bytes& payload) {
+    CMemFile file(1024);
+    FillFile(file, payload);
+    return LoadCommandRecord(file);
 }

@@ -10,30 +10,16 @@
 #include <vector>
 
 #include "KPCBAPI.hpp"
+#include "LiveViewer.h"
 #include "TestPaths.h"
 #include "TestSystem.h"
 #include "TextBoard.h"
 
 namespace viewer_board_test {
 
-struct OwnedString {
-    wchar_t* text = nullptr;
-    ~OwnedString() { KPCB_FreeString(text); }
-    std::wstring str() const { return text ? text : L"(null)"; }
-};
-
-inline std::wstring Wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
-
-class Viewer {
-public:
-    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
-    ~Viewer() {
-        if (pid > 0) KPCB_Exit(pid, 1);
-    }
-    Viewer(const Viewer&) = delete;
-    Viewer& operator=(const Viewer&) = delete;
-    const int pid;
-};
+using testing_support::OwnedString;
+using testing_support::Viewer;
+using testing_support::Wide;
 
 // A board file in a fresh folder (the sample board, or a text of the test's own),
 // the same text read by the tests' own reader, and a journal file for the viewer.

@@ -11,6 +11,7 @@
 
 #include "BmpReader.h"
 #include "KPCBAPI.hpp"
+#include "LiveViewer.h"
 #include "PdbText.h"
 #include "TestPaths.h"
 #include "TestSystem.h"
@@ -18,6 +19,7 @@
 using render_test::Bmp;
 using render_test::Color;
 using testing_support::TempDir;
+using testing_support::Viewer;
 
 namespace {
 
@@ -84,15 +86,6 @@ struct View {
     }
 };
 
-class Viewer {
-public:
-    explicit Viewer(const std::string& board) : pid(KPCB_Launch(CString(board), 1)) {}
-    ~Viewer() {
-        if (pid > 0) KPCB_Exit(pid, 1);
-    }
-    const int pid;
-};
-
 class Capture : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -139,10 +132,14 @@ protected:
     int taken = 0;
 };
 
-// Where the pixels of one colour are: their count and the mean of their centres.
+// Where the pixels of one colour are: their count, the mean of their centres, and the
+// smallest box that holds them all (empty: min > max).
 struct Blob {
     int count = 0;
     Point centre;
+    int minX = 1 << 30, minY = 1 << 30, maxX = -1, maxY = -1;
+    int Width() const { return maxX >= minX ? maxX - minX + 1 : 0; }
+    int Height() const { return maxY >= minY ? maxY - minY + 1 : 0; }
 };
 
 Blob Find(const Bmp& bmp, const Color& c) {
@@ -153,32 +150,16 @@ Blob Find(const Bmp& bmp, const Color& c) {
                 ++blob.count;
                 blob.centre.x += x + 0.5;
                 blob.centre.y += y + 0.5;
+                blob.minX = std::min(blob.minX, x);
+                blob.minY = std::min(blob.minY, y);
+                blob.maxX = std::max(blob.maxX, x);
+                blob.maxY = std::max(blob.maxY, y);
             }
     if (blob.count) {
         blob.centre.x /= blob.count;
         blob.centre.y /= blob.count;
     }
     return blob;
-}
-
-// The smallest box of pixels that holds every pixel of one colour (empty: min > max).
-struct PixelBox {
-    int minX = 1 << 30, minY = 1 << 30, maxX = -1, maxY = -1;
-    int Width() const { return maxX >= minX ? maxX - minX + 1 : 0; }
-    int Height() const { return maxY >= minY ? maxY - minY + 1 : 0; }
-};
-
-PixelBox BoxOf(const Bmp& bmp, const Color& c) {
-    PixelBox box;
-    for (int y = 0; y < bmp.height; ++y)
-        for (int x = 0; x < bmp.width; ++x)
-            if (bmp.At(x, y) == c) {
-                box.minX = std::min(box.minX, x);
-                box.minY = std::min(box.minY, y);
-                box.maxX = std::max(box.maxX, x);
-                box.maxY = std::max(box.maxY, y);
-            }
-    return box;
 }
 
 }  // namespace
@@ -250,7 +231,7 @@ TEST_F(Capture, SectionAndSegmentHighlightsFollowTheNetsRouting) {
     EXPECT_EQ(KPCB_Highlight_SetCurrentColor(viewer.pid, 10, 250, 120), 0);
     EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "SCL", "J1", "4", "U1", "9"), 0);
     const Color section{10, 250, 120};
-    const PixelBox zoomed = BoxOf(Take(viewer.pid), section);
+    const Blob zoomed = Find(Take(viewer.pid), section);
     EXPECT_EQ(KPCB_ZoomFitSize(viewer.pid), 0);
     Bmp bmp = Take(viewer.pid);
     EXPECT_EQ(ColorAt(bmp, view, Point{16, 28}), section);
@@ -260,7 +241,7 @@ TEST_F(Capture, SectionAndSegmentHighlightsFollowTheNetsRouting) {
     EXPECT_NE(ColorAt(bmp, view, PinAt("U3", "6")), section) << "nor is the bottom run to U3";
 
     // Zoomed, the section sat in the middle of the picture, larger than when fitted.
-    const PixelBox fitted = BoxOf(bmp, section);
+    const Blob fitted = Find(bmp, section);
     ASSERT_GT(zoomed.Width(), 0);
     EXPECT_NEAR((zoomed.minX + zoomed.maxX) / 2.0, 512, 2);
     EXPECT_NEAR((zoomed.minY + zoomed.maxY) / 2.0, 384, 2);
@@ -292,10 +273,14 @@ TEST_F(Capture, ZoomingHighlightsShowWhatTheyMarkWithAMargin) {
     auto expectedBox = [&](const View& view, const CRectD& box) {
         const Point a = view.ToPixel(*board, Point{box.minX, box.maxY});
         const Point b = view.ToPixel(*board, Point{box.maxX, box.minY});
-        return PixelBox{static_cast<int>(std::floor(a.x)), static_cast<int>(std::floor(a.y)),
-                        static_cast<int>(std::ceil(b.x)) - 1, static_cast<int>(std::ceil(b.y)) - 1};
+        Blob expected;
+        expected.minX = static_cast<int>(std::floor(a.x));
+        expected.minY = static_cast<int>(std::floor(a.y));
+        expected.maxX = static_cast<int>(std::ceil(b.x)) - 1;
+        expected.maxY = static_cast<int>(std::ceil(b.y)) - 1;
+        return expected;
     };
-    auto expectNear = [](const PixelBox& got, const PixelBox& want, const char* what) {
+    auto expectNear = [](const Blob& got, const Blob& want, const char* what) {
         EXPECT_NEAR(got.minX, want.minX, 2) << what;
         EXPECT_NEAR(got.minY, want.minY, 2) << what;
         EXPECT_NEAR(got.maxX, want.maxX, 2) << what;
@@ -306,7 +291,7 @@ TEST_F(Capture, ZoomingHighlightsShowWhatTheyMarkWithAMargin) {
     const Color mark{255, 0, 255};
     const CRectD pad = board->FindPin(CString("J1"), CString("1"))->GetPadRect();
     EXPECT_EQ(KPCB_Highlight_RefPin_Zoom(viewer.pid, "J1", "1", ",", 255, 0, 255, 0), 0);
-    const PixelBox padBox = BoxOf(Take(viewer.pid), mark);
+    const Blob padBox = Find(Take(viewer.pid), mark);
     expectNear(padBox, expectedBox(zoomedTo(pad), pad), "zoomed to a pin");
 
     // Neither a pins highlight without zoom nor a zooming one whose names are wrong
@@ -314,7 +299,7 @@ TEST_F(Capture, ZoomingHighlightsShowWhatTheyMarkWithAMargin) {
     EXPECT_EQ(KPCB_Highlight_RefPin(viewer.pid, "U1", "1", ",", 0, 255, 0, 0), 0);
     EXPECT_EQ(KPCB_Highlight_RefPin_Zoom(viewer.pid, "J1", "99", ",", 0, 255, 0, 0), -201);
     EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "SCL", "J1", "4", "U1", "99"), -200);
-    expectNear(BoxOf(Take(viewer.pid), mark), padBox, "the view stays");
+    expectNear(Find(Take(viewer.pid), mark), padBox, "the view stays");
 
     // One track: the box of its round-ended stroke, a quarter of its length around it.
     EXPECT_EQ(KPCB_Highlight_Clear(viewer.pid), 0);
@@ -322,7 +307,7 @@ TEST_F(Capture, ZoomingHighlightsShowWhatTheyMarkWithAMargin) {
     ASSERT_NE(net, nullptr);
     const CRectD track = net->GetRoute().GetAt(0)->GetBoundingRect();
     EXPECT_EQ(KPCB_Highlight_ZoomNetSegment(viewer.pid, CString("LED_A"), CArrayN{0}, 0x00336699), 0);
-    expectNear(BoxOf(Take(viewer.pid), Color{0x99, 0x66, 0x33}), expectedBox(zoomedTo(track), track),
+    expectNear(Find(Take(viewer.pid), Color{0x99, 0x66, 0x33}), expectedBox(zoomedTo(track), track),
                "zoomed to a track");
 }
 

@@ -87,9 +87,6 @@ class Board:
                 elif record == "PIN":
                     self.components[reference][2].append((fields[1], float(fields[2]), float(fields[3]), fields[-1]))
 
-    def on_side(self, side):
-        return [ref for ref, (_, s, pins) in self.components.items() if s == side and pins]
-
     def pins_of_net(self, net):
         return {"%s-%s" % (ref, pin[0]) for ref, (_, _, pins) in self.components.items() for pin in pins
                 if pin[3] == net}

@@ -1,9 +1,8 @@
 """Every command and query group against the reference viewer on the sample
 board. The viewer's journal shows what reached it, so each command's test checks
-that the method sent the right record with its arguments converted; queries are
-checked against what the board file says."""
+that the method sent the right record with its arguments converted. What queries
+hand back is checked against the fake viewer, in test_results."""
 
-import math
 import os
 import pathlib
 import unittest
@@ -226,49 +225,6 @@ class RedMarkTest(ViewerTestCase):
 
 
 class InformationTest(ViewerTestCase):
-    @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        cls.board = support.Board(support.board_file())
-
-    def test_pin_counts(self):
-        ref = max(self.board.components, key=lambda r: len(self.board.components[r][2]))
-        part, _, pins = self.board.components[ref]
-        self.assertEqual(self.viewer.pin_count_of_reference(ref), len(pins))
-        self.assertEqual(self.viewer.pin_count_of_part(part), len(pins))
-
-    def test_pin_pitch_is_the_smallest_pin_distance(self):
-        two_pin = [r for r, (_, _, pins) in self.board.components.items() if len(pins) == 2][0]
-        (_, x1, y1, _), (_, x2, y2, _) = self.board.components[two_pin][2]
-        self.assertAlmostEqual(self.viewer.pin_pitch_two_pin(two_pin), math.hypot(x2 - x1, y2 - y1), places=6)
-        self.assertAlmostEqual(self.viewer.pin_pitch(two_pin), math.hypot(x2 - x1, y2 - y1), places=6)
-
-    def test_placement(self):
-        top, bottom = self.board.on_side("TOP"), self.board.on_side("BOTTOM")
-        self.assertNotEqual(self.viewer.place_status(top[0]), self.viewer.place_status(bottom[0]))
-        counts = self.viewer.place_counts([top[0], bottom[0], "NO SUCH REF"] + top[1:3])
-        self.assertEqual(counts, kpcb.PlaceCounts(top=1 + len(top[1:3]), bottom=1, other=1))
-        part = self.board.components[top[0]][0]
-        on_top = sum(1 for r in top if self.board.components[r][0] == part)
-        self.assertEqual(self.viewer.place_counts_of_parts(part, highlight=True).top, on_top)
-
-    def test_net_pins(self):
-        ref, pin, net = self.board.connected_pin()
-        found = self.viewer.net_pins(ref, pin)
-        self.assertEqual(found.net, net)
-        self.assertEqual(set(found.pins), self.board.pins_of_net(net))
-        self.assertEqual(len(found.pins), len(set(found.pins)))
-
-    def test_unknown_names_are_refused(self):
-        v = self.viewer
-        for call in (lambda: v.pin_count_of_reference("NO SUCH REF"), lambda: v.pin_count_of_part("NO SUCH PART"),
-                     lambda: v.pin_pitch("NO SUCH REF"), lambda: v.place_status("NO SUCH REF"),
-                     lambda: v.net_pins("NO SUCH REF", "1")):
-            with self.subTest(call=call):
-                with self.assertRaises(kpcb.ViewerRefusedError) as caught:
-                    call()
-                self.assertEqual(caught.exception.code, -200)
-
     def test_queries_carry_their_arguments(self):
         sent = self.sent_by(lambda: [self.viewer.place_counts_of_parts(["P1", "P 2,3"], highlight=True),
                                      self.viewer.place_counts(["R1"]),
@@ -284,17 +240,6 @@ class PolygonMergeTest(ViewerTestCase):
         super().setUpClass()
         cls.board = support.Board(support.board_file())
         cls.copper = cls.board.layers
-
-    def test_merged_copper_of_a_net(self):
-        _, _, net = self.board.connected_pin()
-        polygons = self.viewer.merged_polygons(self.copper, net, 8)
-        self.assertTrue(polygons)
-        for outline, holes in polygons:
-            self.assertGreaterEqual(len(outline), 3)
-            for x, y in outline:
-                self.assertIsInstance(x, float)
-                self.assertIsInstance(y, float)
-            self.assertIsInstance(holes, list)
 
     def test_reads_one_by_one_agree_with_whole_arrays(self):
         v = self.viewer

@@ -1,4 +1,4 @@
-// Byte images in and out of memory files for the compat tests.
+// Byte images in and out of memory files, and their readable form in failure output.
 #pragma once
 
 #include <algorithm>
@@ -23,6 +23,7 @@ inline std::string Hex(const Bytes& bytes) {
     return out;
 }
 
+// The whole file, its position left at the start.
 inline Bytes FileBytes(CMemFile& file) {
     Bytes bytes(static_cast<size_t>(file.GetLength()));
     file.SeekToBegin();
@@ -36,7 +37,8 @@ inline void FillFile(CMemFile& file, const Bytes& bytes) {
     file.SeekToBegin();
 }
 
-// Runs write against a storing archive with a 4096-byte buffer and returns the image.
+// Runs write against a storing archive as the client makes it (a memory file that
+// grows by 1024, a 4096-byte buffer, closed before use) and returns the image.
 template <class Writer>
 Bytes Image(Writer write) {
     CMemFile file(1024);
@@ -46,4 +48,6 @@ Bytes Image(Writer write) {
     return FileBytes(file);
 }
 
-inline Bytes Prefix(const Bytes& bytes, size_t n) { return Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min(n, bytes.size()))); }
+inline Bytes Prefix(const Bytes& bytes, size_t n) {
+    return Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min(n, bytes.size())));
+}
