@@ -325,6 +325,7 @@ private:
 
     void ReadPackage() {
         std::vector<PackagePin>& pins = m_Packages[m_Xml.Attr("name")];
+        std::vector<PackagePin> lands;
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
             if (Is(m_Xml.Name(), "Pin")) {
@@ -333,21 +334,22 @@ private:
                 ReadPlacedShape(pin.placement, pin.primitive, nullptr);
                 pins.push_back(std::move(pin));
             } else if (Is(m_Xml.Name(), "LandPattern")) {
-                ReadLandPattern(pins);
+                const int landDepth = m_Xml.Depth();
+                while (m_Xml.NextChild(landDepth)) {
+                    if (!Is(m_Xml.Name(), "Pad")) continue;
+                    lands.emplace_back();
+                    ReadPlacedShape(lands.back().placement, lands.back().primitive, &lands.back().name);
+                }
             }
         }
-    }
-
-    // Land pattern pads give the shape of pins that do not carry one.
-    void ReadLandPattern(std::vector<PackagePin>& pins) {
-        const int depth = m_Xml.Depth();
-        while (m_Xml.NextChild(depth)) {
-            if (!Is(m_Xml.Name(), "Pad")) continue;
-            PackagePin pad;
-            ReadPlacedShape(pad.placement, pad.primitive, &pad.name);
-            for (PackagePin& pin : pins)
-                if (pin.name == pad.name && !pin.primitive) pin.primitive = pad.primitive;
-        }
+        // Land pattern pads give the shape of pins that do not carry one.
+        for (PackagePin& pin : pins)
+            for (const PackagePin& land : lands)
+                if (!pin.primitive && land.name == pin.name) {
+                    pin.primitive = land.primitive;
+                    pin.placement.rotation = land.placement.rotation;
+                    pin.placement.mirror = land.placement.mirror;
+                }
     }
 
     // The children of a Pin or Pad: Xform, Location, a shape, and a PinRef (its pin
