@@ -297,9 +297,9 @@ private:
             if (Is(m_Xml.Name(), "PadstackHoleDef")) m_PadstackDrill[name] = m_Xml.Number("diameter", 0, m_Scale);
     }
 
-    // A primitive reference (StandardPrimitiveRef / UserPrimitiveRef), or an inline
-    // standard primitive; null (with a warning) when the entry is missing.
-    bool ReadShapeChild(const Primitive*& primitive) {
+    // Takes a primitive reference (StandardPrimitiveRef / UserPrimitiveRef) or an inline
+    // standard primitive into primitive; a missing entry leaves it and is warned of.
+    void ReadShapeChild(const Primitive*& primitive) {
         const char* name = m_Xml.Name();
         const bool user = Is(name, "UserPrimitiveRef");
         if (user || Is(name, "StandardPrimitiveRef")) {
@@ -308,7 +308,7 @@ private:
             const auto found = map.find(id);
             if (found == map.end()) Warn("no dictionary entry " + id);
             else primitive = &found->second;
-            return true;
+            return;
         }
         if (IsStandardPrimitive(name)) {
             std::string why;
@@ -318,9 +318,7 @@ private:
             } else {
                 Warn(why);
             }
-            return true;
         }
-        return false;
     }
 
     void ReadPackage() {
@@ -352,20 +350,30 @@ private:
                 }
     }
 
+    // Takes an Xform or a Location into placement (a Location moves the element on
+    // top of its Xform's offset); false for any other element.
+    bool ReadPlacementChild(Xform& placement) {
+        if (Is(m_Xml.Name(), "Xform")) {
+            const CPointD offset = placement.offset;
+            placement = ReadXform(m_Xml, m_Scale);
+            placement.offset = placement.offset + offset;
+            return true;
+        }
+        if (Is(m_Xml.Name(), "Location")) {
+            placement.offset = placement.offset + CPointD(m_Xml.Number("x", 0, m_Scale), m_Xml.Number("y", 0, m_Scale));
+            return true;
+        }
+        return false;
+    }
+
     // The children of a Pin or Pad: Xform, Location, a shape, and a PinRef (its pin
     // name into pinName, its component into reference).
     void ReadPlacedShape(Xform& placement, const Primitive*& primitive, std::string* pinName,
                          std::string* reference = nullptr) {
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
-            const char* name = m_Xml.Name();
-            if (Is(name, "Xform")) {
-                const CPointD offset = placement.offset;
-                placement = ReadXform(m_Xml, m_Scale);
-                placement.offset = placement.offset + offset;
-            } else if (Is(name, "Location")) {
-                placement.offset = placement.offset + CPointD(m_Xml.Number("x", 0, m_Scale), m_Xml.Number("y", 0, m_Scale));
-            } else if (Is(name, "PinRef")) {
+            if (ReadPlacementChild(placement)) continue;
+            if (Is(m_Xml.Name(), "PinRef")) {
                 if (pinName) *pinName = m_Xml.Attr("pin");
                 if (reference) *reference = m_Xml.Attr("componentRef");
             } else {
@@ -477,16 +485,7 @@ private:
         Xform placement;
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
-            const char* name = m_Xml.Name();
-            if (Is(name, "Xform")) {
-                const CPointD offset = placement.offset;
-                placement = ReadXform(m_Xml, m_Scale);
-                placement.offset = placement.offset + offset;
-            } else if (Is(name, "Location")) {
-                placement.offset = placement.offset + CPointD(m_Xml.Number("x", 0, m_Scale), m_Xml.Number("y", 0, m_Scale));
-            } else {
-                ReadFeature(layer, netName, placement);
-            }
+            if (!ReadPlacementChild(placement)) ReadFeature(layer, netName, placement);
         }
     }
 
