@@ -44,7 +44,9 @@ void AppendArc(CArrayPointD& points, const CPointD& from, const CPointD& to, con
     } else {
         while (sweep <= 0) sweep += 2 * kPi;
     }
-    const int steps = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / (2 * kPi) * kSegmentsPerTurn)));
+    // Ends off the circle or absurd values (NaN from a zero radius) give a straight step.
+    const double turns = std::fabs(sweep) / (2 * kPi);
+    const int steps = std::isfinite(turns) && turns <= 1 ? std::max(1, static_cast<int>(std::ceil(turns * kSegmentsPerTurn))) : 1;
     for (int i = 1; i < steps; ++i) {
         const double a = a0 + sweep * i / steps;
         points.Add(CPointD(center.x + radius * std::cos(a), center.y + radius * std::sin(a)));

@@ -1,5 +1,6 @@
 #include "Ipc2581Shapes.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -144,7 +145,7 @@ std::optional<Primitive> ReadStandardPrimitive(XmlStream& xml, double scale, std
     }
     if (Is(name, "Thermal")) {
         return MakeOutline(ThermalContours(length("outerDiameter"), length("innerDiameter"),
-                                           static_cast<int>(xml.Number("spokeCount", 4)), length("gap"),
+                                           static_cast<int>(std::clamp(xml.Number("spokeCount", 4), 0.0, 360.0)), length("gap"),
                                            xml.Number("spokeStartAngle", 45)));
     }
     if (Is(name, "Moire")) return MakeSimple(PadShape::Round, length("diameter"), length("diameter"));

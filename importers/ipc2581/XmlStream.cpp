@@ -3,6 +3,7 @@
 #include <libxml/xmlreader.h>
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -113,7 +114,7 @@ double XmlStream::Number(const char* name, double fallback, double scale) const 
     while (end > begin && end[-1] == ' ') --end;
     double number = 0;
     const auto result = std::from_chars(begin, end, number);
-    const bool good = result.ec == std::errc() && result.ptr == end;
+    const bool good = result.ec == std::errc() && result.ptr == end && std::isfinite(number);
     xmlFree(value);
     if (!good) throw Fail(std::string("attribute ") + name + " is not a number");
     return number * scale;
