@@ -429,7 +429,7 @@ private:
         while (m_Xml.NextChild(depth)) {
             const char* name = m_Xml.Name();
             if (Is(name, "Pad") && copper) ReadPad(net);
-            else if (Is(name, "Features") && copper) ReadFeatures(layer, net);
+            else if (Is(name, "Features") && copper) ReadFeatures(layer, NetOf(net));
             else if (Is(name, "Hole") || Is(name, "SlotCavity")) ReadHole(net, layerName, geometry);
         }
     }
@@ -481,22 +481,22 @@ private:
     }
 
     // Features of a copper layer: tracks (Line, Arc, Polyline) and areas (Contour).
-    void ReadFeatures(int layer, const std::string& netName) {
+    void ReadFeatures(int layer, CPNet* net) {
         Xform placement;
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
-            if (!ReadPlacementChild(placement)) ReadFeature(layer, netName, placement);
+            if (!ReadPlacementChild(placement)) ReadFeature(layer, net, placement);
         }
     }
 
-    void ReadFeature(int layer, const std::string& netName, const Xform& placement) {
+    void ReadFeature(int layer, CPNet* net, const Xform& placement) {
         const char* name = m_Xml.Name();
         const bool identity = placement.rotation == 0 && !placement.mirror && placement.scale == 1 &&
                               placement.offset == CPointD();
         auto place = [&](const CPointD& p) { return identity ? p : ApplyXform(placement, p); };
         if (Is(name, "UserSpecial")) {
             const int depth = m_Xml.Depth();
-            while (m_Xml.NextChild(depth)) ReadFeature(layer, netName, placement);
+            while (m_Xml.NextChild(depth)) ReadFeature(layer, net, placement);
         } else if (Is(name, "Line") || Is(name, "Arc")) {
             const bool arc = Is(name, "Arc");
             const CPointD from = place(CPointD(m_Xml.Number("startX", 0, m_Scale), m_Xml.Number("startY", 0, m_Scale)));
@@ -508,16 +508,15 @@ private:
                 clockwise = m_Xml.Flag("clockwise") != placement.mirror;
             }
             const double width = ReadLineWidth() * placement.scale;
-            CPNet* net = TrackNet(netName);
-            if (!net) return;
+            if (!TrackHasNet(net)) return;
             if (arc) net->GetRoute().AddArc(layer, width, C2PointD(from, to), centre, clockwise);
             else net->GetRoute().AddSegment(layer, width, C2PointD(from, to));
         } else if (Is(name, "Polyline")) {
-            ReadPolyline(layer, netName, placement);
+            ReadPolyline(layer, net, placement);
         } else if (Is(name, "Contour") || Is(name, "Polygon")) {
             CPadOutline contours = Is(name, "Contour") ? ReadContour(m_Xml, m_Scale) : CPadOutline{ReadPolygon(m_Xml, m_Scale)};
             if (contours.empty() || contours.front().GetSize() < 3) return;
-            CPArea* area = m_Board->AddArea(layer, NetOf(netName));
+            CPArea* area = m_Board->AddArea(layer, net);
             for (size_t i = 0; i < contours.size(); ++i) {
                 CArrayPointD& target = i == 0 ? area->GetOutline() : *area->AddHole();
                 for (INT_PTR k = 0; k < contours[i].GetSize(); ++k) target.Add(place(contours[i][k]));
@@ -528,7 +527,7 @@ private:
     }
 
     // A Polyline: segments and curves from point to point, then its line width.
-    void ReadPolyline(int layer, const std::string& netName, const Xform& placement) {
+    void ReadPolyline(int layer, CPNet* net, const Xform& placement) {
         struct Step {
             CPointD to, centre;
             bool curve, clockwise;
@@ -551,8 +550,7 @@ private:
                 width = LineWidthOf(m_Xml.Attr("id"));
             }
         }
-        CPNet* net = TrackNet(netName);
-        if (!net) return;
+        if (!TrackHasNet(net)) return;
         width *= placement.scale;
         for (size_t i = 1; i < steps.size(); ++i) {
             const C2PointD line(steps[i - 1].to, steps[i].to);
@@ -579,10 +577,10 @@ private:
         return width;
     }
 
-    CPNet* TrackNet(const std::string& name) {
-        CPNet* net = NetOf(name);
+    // Tracks belong to a net: those of none are counted and left out.
+    bool TrackHasNet(const CPNet* net) {
         if (!net) ++m_UnnamedTracks;
-        return net;
+        return net != nullptr;
     }
 
     // ---- Putting it together: components with their pins, then vias ----

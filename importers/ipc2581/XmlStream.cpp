@@ -91,11 +91,38 @@ bool XmlStream::NextChild(int parentDepth) {
 
 int XmlStream::Line() const { return xmlTextReaderGetParserLineNumber(Reader(m_Reader)); }
 
+bool HasAttribute(xmlNodePtr node, const char* name) {
+    for (xmlAttrPtr attribute = node->properties; attribute; attribute = attribute->next)
+        if (std::strcmp(reinterpret_cast<const char*>(attribute->name), name) == 0) return true;
+    return false;
+}
+
+// The value of the current element's attribute, read in place (no copy), or null.
+// The reader is moved back to the element before returning.
+const char* XmlStream::RawAttr(const char* name) const {
+    xmlTextReaderPtr reader = Reader(m_Reader);
+    // The element's own node holds its attributes: a plain value is its one text child.
+    if (xmlNodePtr node = xmlTextReaderCurrentNode(reader); node && node->type == XML_ELEMENT_NODE) {
+        for (xmlAttrPtr attribute = node->properties; attribute; attribute = attribute->next) {
+            if (std::strcmp(reinterpret_cast<const char*>(attribute->name), name) != 0) continue;
+            const xmlNode* text = attribute->children;
+            if (!text) return "";
+            if (text->type == XML_TEXT_NODE && !text->next && text->content)
+                return reinterpret_cast<const char*>(text->content);
+            break;  // entity references in the value: let the reader put it together
+        }
+        if (!HasAttribute(node, name)) return nullptr;
+    }
+    if (xmlTextReaderMoveToAttribute(reader, reinterpret_cast<const xmlChar*>(name)) != 1) return nullptr;
+    const xmlChar* value = xmlTextReaderConstValue(reader);
+    xmlTextReaderMoveToElement(reader);
+    return value ? reinterpret_cast<const char*>(value) : "";
+}
+
 bool XmlStream::Attr(const char* name, std::string& out) const {
-    xmlChar* value = xmlTextReaderGetAttribute(Reader(m_Reader), reinterpret_cast<const xmlChar*>(name));
+    const char* value = RawAttr(name);
     if (!value) return false;
-    out.assign(reinterpret_cast<const char*>(value));
-    xmlFree(value);
+    out.assign(value);
     return true;
 }
 
@@ -106,17 +133,15 @@ std::string XmlStream::Attr(const char* name) const {
 }
 
 double XmlStream::Number(const char* name, double fallback, double scale) const {
-    xmlChar* value = xmlTextReaderGetAttribute(Reader(m_Reader), reinterpret_cast<const xmlChar*>(name));
-    if (!value) return fallback;
-    const char* begin = reinterpret_cast<const char*>(value);
+    const char* begin = RawAttr(name);
+    if (!begin) return fallback;
     const char* end = begin + std::strlen(begin);
     while (begin < end && (*begin == ' ' || *begin == '+')) ++begin;
     while (end > begin && end[-1] == ' ') --end;
     double number = 0;
     const auto result = std::from_chars(begin, end, number);
-    const bool good = result.ec == std::errc() && result.ptr == end && std::isfinite(number);
-    xmlFree(value);
-    if (!good) throw Fail(std::string("attribute ") + name + " is not a number");
+    if (result.ec != std::errc() || result.ptr != end || !std::isfinite(number))
+        throw Fail(std::string("attribute ") + name + " is not a number");
     return number * scale;
 }
 

@@ -48,6 +48,7 @@ public:
 
 private:
     explicit XmlStream(void* reader);
+    const char* RawAttr(const char* name) const;
     void* m_Reader;
     const char* m_Name = "";
     int m_Depth = -1;
