@@ -145,6 +145,56 @@ TEST(Ipc2581Import, ConvertsTheBoard) {
     EXPECT_TRUE(board->Validate(problem)) << problem.GetString();
 }
 
+// Each standard primitive as a pin's pad: the simple shapes stay simple, the others
+// become outlines of the right number of contours (even-odd: a donut is two).
+TEST(Ipc2581Import, ConvertsPrimitives) {
+    struct Case {
+        const char* element;
+        PadShape shape;
+        double sizeX, sizeY;
+        size_t contours;
+    };
+    const Case cases[] = {
+        {"<Circle diameter=\"1\"/>", PadShape::Round, 1, 1, 0},
+        {"<Oval width=\"2\" height=\"1\"/>", PadShape::Oblong, 2, 1, 0},
+        {"<RectRound width=\"2\" height=\"1\" radius=\"0.5\"/>", PadShape::Oblong, 2, 1, 0},
+        {"<RectRound width=\"2\" height=\"1\" radius=\"0.2\" upperRight=\"true\"/>", PadShape::Polygon, 2, 1, 1},
+        {"<RectCham width=\"2\" height=\"1\" chamfer=\"0.2\"/>", PadShape::Polygon, 2, 1, 1},
+        {"<Ellipse width=\"1\" height=\"1\"/>", PadShape::Round, 1, 1, 0},
+        {"<Donut shape=\"ROUND\" outerDiameter=\"2\" innerDiameter=\"1\"/>", PadShape::Polygon, 2, 2, 2},
+        {"<Thermal shape=\"ROUND\" outerDiameter=\"2\" innerDiameter=\"1\" spokeCount=\"4\" gap=\"0.2\"/>",
+         PadShape::Polygon, 2, 2, 4},
+        {"<Diamond width=\"2\" height=\"1\"/>", PadShape::Polygon, 2, 1, 1},
+        {"<Octagon length=\"2\"/>", PadShape::Polygon, 2, 2, 1},
+    };
+    std::string dictionary = "<Content><DictionaryStandard units=\"MILLIMETER\">";
+    std::string package = "<Step name=\"s\"><Package name=\"P\">";
+    int index = 0;
+    for (const Case& c : cases) {
+        const std::string id = std::to_string(++index);
+        dictionary += "<EntryStandard id=\"" + id + "\">" + c.element + "</EntryStandard>";
+        package += "<Pin number=\"" + id + "\"><Location x=\"0.1\" y=\"0\"/><StandardPrimitiveRef id=\"" + id + "\"/></Pin>";
+    }
+    const std::string document =
+        Document(dictionary + "</DictionaryStandard></Content>",
+                 package + "</Package><Component refDes=\"U\" packageRef=\"P\" layerRef=\"TOP\"><Location x=\"0\" y=\"0\"/></Component></Step>");
+    std::vector<std::string> warnings;
+    std::string error;
+    auto board = ImportIpc2581Buffer(document.data(), document.size(), {}, warnings, error);
+    ASSERT_TRUE(board) << error;
+    CPComp* comp = board->FindComp("U");
+    ASSERT_TRUE(comp);
+    ASSERT_EQ(comp->GetPinCount(), index);
+    for (int i = 0; i < index; ++i) {
+        SCOPED_TRACE(cases[i].element);
+        const CPRefPin* pin = comp->GetPin(i);
+        EXPECT_EQ(pin->GetShape(), cases[i].shape);
+        EXPECT_NEAR(pin->GetSizeX(), cases[i].sizeX, 1e-9);
+        EXPECT_NEAR(pin->GetSizeY(), cases[i].sizeY, 1e-9);
+        EXPECT_EQ(pin->GetPadOutline().size(), cases[i].contours);
+    }
+}
+
 TEST(Ipc2581Import, ReportsBadInput) {
     const std::string good = Document(kContent, kStep);
     const std::string truncated = good.substr(0, good.size() / 2);
