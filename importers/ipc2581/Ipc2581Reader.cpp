@@ -5,6 +5,7 @@
 #include <cstring>
 #include <unordered_map>
 
+#include "Ipc2581Assembly.h"
 #include "Ipc2581Shapes.h"
 
 namespace {
@@ -14,46 +15,10 @@ bool Is(const char* a, const char* b) { return std::strcmp(a, b) == 0; }
 // Past this many, warnings are counted, not listed.
 constexpr size_t kMaxWarnings = 500;
 
-// A pad of a feature layer that names its pin; the first one seen for each pin.
-struct FeaturePad {
-    std::string net;
-    const Primitive* primitive = nullptr;
-    Xform placement;  // absolute: offset is the pad's position
-    double drill = 0;
-};
-
-struct PackagePin {
-    std::string name;
-    Xform placement;  // within the package
-    const Primitive* primitive = nullptr;
-};
-
-struct ComponentRecord {
-    std::string reference, package, part, layer;
-    Xform placement;
-};
-
-struct Hole {
-    CPointD position;
-    double diameter = 0;
-    bool plated = true;
-    bool atPin = false;
-    std::string net;
-    int fromLayer = -1, toLayer = -1;
-};
-
 struct LayerRecord {
     std::string name, function, side;
     std::string spanFrom, spanTo;
 };
-
-// Points on a 1 nm grid, for finding the holes and pads at a place.
-long long PlaceKey(const CPointD& p) {
-    const long long x = std::llround(p.x * 1e6), y = std::llround(p.y * 1e6);
-    return x * 1000003LL ^ y;
-}
-
-std::string PinKey(const std::string& reference, const std::string& pin) { return reference + '\x1f' + pin; }
 
 double UnitScale(XmlStream& xml, const std::string& units) {
     if (units == "MILLIMETER") return 1;
@@ -76,11 +41,6 @@ LayerKind KindOfFunction(const std::string& function, bool& dielectric) {
     for (const char* f : kDocument)
         if (function == f) return LayerKind::Document;
     return LayerKind::Other;
-}
-
-double NormalDegrees(double degrees) {
-    degrees = std::fmod(degrees, 360);
-    return degrees < 0 ? degrees + 360 : degrees;
 }
 
 class Reader {
@@ -248,8 +208,8 @@ private:
             const LayerKind kind = KindOfFunction(layer->function, dielectric);
             if (dielectric) continue;
             if (!layers.AddLayer(CString(layer->name.c_str()), CString(layer->name.c_str()), kind)) continue;
-            m_LayerIndex[layer->name] = layers.GetLayerCount() - 1;
-            m_LayerSide[layer->name] = layer->side;
+            m_Gathered.layerIndex[layer->name] = layers.GetLayerCount() - 1;
+            m_Gathered.layerSide[layer->name] = layer->side;
         }
         for (const LayerRecord* layer : order) {
             if (layer->spanFrom.empty()) continue;
@@ -258,8 +218,8 @@ private:
     }
 
     int LayerIndex(const std::string& name) const {
-        const auto found = m_LayerIndex.find(name);
-        return found == m_LayerIndex.end() ? -1 : found->second;
+        const auto found = m_Gathered.layerIndex.find(name);
+        return found == m_Gathered.layerIndex.end() ? -1 : found->second;
     }
 
     // ---- Step ----
@@ -322,7 +282,7 @@ private:
     }
 
     void ReadPackage() {
-        std::vector<PackagePin>& pins = m_Packages[m_Xml.Attr("name")];
+        std::vector<PackagePin>& pins = m_Gathered.packages[m_Xml.Attr("name")];
         std::vector<PackagePin> lands;
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
@@ -391,7 +351,7 @@ private:
         }
         const Primitive* unused = nullptr;
         ReadPlacedShape(component.placement, unused, nullptr);
-        m_Components.push_back(std::move(component));
+        m_Gathered.components.push_back(std::move(component));
     }
 
     void ReadLogicalNet() {
@@ -400,15 +360,10 @@ private:
         if (!net.empty()) NetOf(net);
         while (m_Xml.NextChild(depth))
             if (Is(m_Xml.Name(), "PinRef") && !net.empty())
-                m_PinNets.emplace(PinKey(m_Xml.Attr("componentRef"), m_Xml.Attr("pin")), net);
+                m_Gathered.pinNets.emplace(PinKey(m_Xml.Attr("componentRef"), m_Xml.Attr("pin")), net);
     }
 
-    CPNet* NetOf(const std::string& name) {
-        if (name.empty()) return nullptr;
-        const CString key(name.c_str());
-        CPNet* net = m_Board->FindNet(key);
-        return net ? net : m_Board->AddNet(key);
-    }
+    CPNet* NetOf(const std::string& name) { return NetNamed(*m_Board, name); }
 
     // ---- Layer features ----
     void ReadLayerFeature() {
@@ -444,14 +399,14 @@ private:
         if (!pad.primitive) return;
         if (!pin.empty()) {
             // One entry per place: a through-hole pad repeats on every copper layer.
-            std::vector<FeaturePad>& places = m_FeaturePads[PinKey(reference, pin)];
+            std::vector<FeaturePad>& places = m_Gathered.featurePads[PinKey(reference, pin)];
             for (const FeaturePad& known : places)
                 if (known.placement.offset.Distance(pad.placement.offset) < 1e-6) return;
-            if (places.empty()) m_PadPins[reference].push_back(pin);
+            if (places.empty()) m_Gathered.padPins[reference].push_back(pin);
             places.push_back(std::move(pad));
             return;
         }
-        double& size = m_ViaPads[PlaceKey(pad.placement.offset)];
+        double& size = m_Gathered.viaPads[PlaceKey(pad.placement.offset)];
         size = std::max(size, std::max(pad.primitive->sizeX, pad.primitive->sizeY) * pad.placement.scale);
     }
 
@@ -476,8 +431,8 @@ private:
             hole.diameter = std::min(shape->sizeX, shape->sizeY) * placement.scale;
             hole.position = placement.offset;
         }
-        m_HoleAt.emplace(PlaceKey(hole.position), m_Holes.size());
-        m_Holes.push_back(std::move(hole));
+        m_Gathered.holeAt.emplace(PlaceKey(hole.position), m_Gathered.holes.size());
+        m_Gathered.holes.push_back(std::move(hole));
     }
 
     // Features of a copper layer: tracks (Line, Arc, Polyline) and areas (Contour).
@@ -583,139 +538,10 @@ private:
         return net != nullptr;
     }
 
-    // ---- Putting it together: components with their pins, then vias ----
     void Finish() {
-        const CPDBLayerManager& layers = m_Board->GetLayerManager();
-        for (const ComponentRecord& record : m_Components) AddComponent(record, layers);
-        for (Hole& hole : m_Holes) {
-            if (hole.atPin || !hole.plated) continue;
-            CPNet* net = NetOf(hole.net);
-            if (!net) {
-                ++m_UnnamedVias;
-                continue;
-            }
-            int from = hole.fromLayer >= 0 ? hole.fromLayer : layers.GetTopCopperIndex();
-            int to = hole.toLayer >= 0 ? hole.toLayer : layers.GetBottomCopperIndex();
-            if (from > to) std::swap(from, to);
-            const auto pad = m_ViaPads.find(PlaceKey(hole.position));
-            const double size = pad != m_ViaPads.end() ? pad->second : hole.diameter;
-            net->GetRoute().AddVia(hole.position, size, hole.diameter, from, to);
-        }
+        m_Gathered.Finish(*m_Board, m_Warnings);
         if (m_UnnamedTracks) m_Warnings.push_back(std::to_string(m_UnnamedTracks) + " copper tracks without a net skipped");
-        if (m_UnnamedVias) m_Warnings.push_back(std::to_string(m_UnnamedVias) + " vias without a net skipped");
         if (m_SkippedCopper) m_Warnings.push_back(std::to_string(m_SkippedCopper) + " copper features of other kinds skipped");
-    }
-
-    void AddComponent(const ComponentRecord& record, const CPDBLayerManager& layers) {
-        const CString partName((record.part.empty() ? record.package : record.part).c_str());
-        CPPart* part = m_Board->FindPart(partName);
-        if (!part) part = m_Board->AddPart(partName, CString(record.package.c_str()));
-        const int layer = LayerIndex(record.layer);
-        const auto side = m_LayerSide.find(record.layer);
-        const bool bottom = (layer >= 0 && layer == layers.GetBottomCopperIndex() && layer != layers.GetTopCopperIndex()) ||
-                            (side != m_LayerSide.end() && side->second == "BOTTOM") ||
-                            (layer < 0 && record.placement.mirror);
-        const auto package = m_Packages.find(record.package);
-        const std::vector<PackagePin> none;
-        const std::vector<PackagePin>& pins = package != m_Packages.end() ? package->second : none;
-        const Xform placement = MirroredPlacement(record, pins);
-        CPComp* comp = m_Board->AddComp(CString(record.reference.c_str()), part,
-                                        bottom ? CompSide::Bottom : CompSide::Top, record.placement.offset,
-                                        NormalDegrees(placement.rotation));
-        if (!comp) {
-            m_Warnings.push_back("component " + record.reference + " given twice: the second skipped");
-            return;
-        }
-        comp->SetMirrored(record.placement.mirror);
-        std::vector<const FeaturePad*> used;
-        for (const PackagePin& pin : pins) {
-            const Xform pinPlacement = Compose(placement, pin.placement);
-            const FeaturePad* pad = FeaturePadAt(record.reference, pin.name, pinPlacement.offset);
-            if (!pad) pad = FirstFeaturePad(record.reference, pin.name);
-            if (pin.primitive) {
-                AddPin(*comp, pin.name, *pin.primitive, pinPlacement, pad);
-            } else if (pad) {
-                AddPin(*comp, pin.name, *pad->primitive, pad->placement, pad);
-            } else {
-                m_Warnings.push_back("pin " + record.reference + "-" + pin.name + " has no pad shape: skipped");
-            }
-            used.push_back(pad);
-        }
-        // Copper pads of the component that its package does not list (a package gives
-        // a repeated pin name once, or no pins at all).
-        const auto padPins = m_PadPins.find(record.reference);
-        if (padPins != m_PadPins.end()) {
-            for (const std::string& name : padPins->second)
-                for (const FeaturePad& pad : m_FeaturePads[PinKey(record.reference, name)])
-                    if (std::find(used.begin(), used.end(), &pad) == used.end())
-                        AddPin(*comp, name, *pad.primitive, pad.placement, &pad);
-        }
-        if (package == m_Packages.end() && !record.package.empty())
-            m_Warnings.push_back("component " + record.reference + ": no package " + record.package);
-    }
-
-    // Writers differ on how a mirrored component turns: mirror then rotate, rotate
-    // then mirror, or rotate then flip top to bottom. The copper pads, placed
-    // absolutely, tell which reading holds; without them the first one does.
-    Xform MirroredPlacement(const ComponentRecord& record, const std::vector<PackagePin>& pins) const {
-        if (!record.placement.mirror) return record.placement;
-        const double r = record.placement.rotation;
-        Xform best = record.placement;
-        int bestMatches = -1;
-        for (double rotation : {r, -r, 180 - r}) {
-            Xform candidate = record.placement;
-            candidate.rotation = rotation;
-            int matches = 0;
-            for (const PackagePin& pin : pins) {
-                matches += FeaturePadAt(record.reference, pin.name, ApplyXform(candidate, pin.placement.offset)) != nullptr;
-            }
-            if (matches > bestMatches) {
-                best = candidate;
-                bestMatches = matches;
-            }
-        }
-        return best;
-    }
-
-    // The copper pad of that pin at that place, or null.
-    const FeaturePad* FeaturePadAt(const std::string& reference, const std::string& pin, const CPointD& at) const {
-        const auto found = m_FeaturePads.find(PinKey(reference, pin));
-        if (found == m_FeaturePads.end()) return nullptr;
-        for (const FeaturePad& pad : found->second)
-            if (pad.placement.offset.Distance(at) < 1e-3) return &pad;
-        return nullptr;
-    }
-
-    const FeaturePad* FirstFeaturePad(const std::string& reference, const std::string& pin) const {
-        const auto found = m_FeaturePads.find(PinKey(reference, pin));
-        return found == m_FeaturePads.end() || found->second.empty() ? nullptr : &found->second.front();
-    }
-
-    void AddPin(CPComp& comp, const std::string& name, const Primitive& shape, const Xform& placement,
-                const FeaturePad* pad) {
-        const CPointD position = placement.offset;
-        double drill = 0;
-        const auto hole = m_HoleAt.find(PlaceKey(position));
-        if (hole != m_HoleAt.end()) {
-            m_Holes[hole->second].atPin = true;
-            drill = m_Holes[hole->second].diameter;
-        } else if (pad) {
-            drill = pad->drill;
-        }
-        const double s = placement.scale;
-        CPRefPin* pin = comp.AddPin(CString(name.c_str()), position, shape.shape, shape.sizeX * s, shape.sizeY * s,
-                                    NormalDegrees(placement.rotation), drill);
-        if (shape.shape == PadShape::Polygon) {
-            Xform linear = placement;
-            linear.offset = CPointD();
-            CPadOutline outline = shape.outline;
-            for (CArrayPointD& contour : outline)
-                for (INT_PTR i = 0; i < contour.GetSize(); ++i) contour[i] = ApplyXform(linear, contour[i]);
-            pin->SetPadOutline(std::move(outline));
-        }
-        const auto logical = m_PinNets.find(PinKey(comp.GetReference().GetString(), name));
-        const std::string& netName = logical != m_PinNets.end() ? logical->second : pad ? pad->net : std::string();
-        if (CPNet* net = NetOf(netName)) net->AddPin(pin);
     }
 
     XmlStream& m_Xml;
@@ -734,20 +560,11 @@ private:
 
     std::vector<LayerRecord> m_LayerRecords;
     std::vector<std::pair<double, std::string>> m_Stack;
-    std::unordered_map<std::string, int> m_LayerIndex;
-    std::unordered_map<std::string, std::string> m_LayerSide;
     std::unordered_map<std::string, std::pair<int, int>> m_Spans;
 
     std::unordered_map<std::string, double> m_PadstackDrill;
-    std::unordered_map<std::string, std::vector<PackagePin>> m_Packages;
-    std::vector<ComponentRecord> m_Components;
-    std::unordered_map<std::string, std::string> m_PinNets;
-    std::unordered_map<std::string, std::vector<FeaturePad>> m_FeaturePads;  // by pin, each place
-    std::unordered_map<std::string, std::vector<std::string>> m_PadPins;     // pin names by component
-    std::unordered_map<long long, double> m_ViaPads;
-    std::vector<Hole> m_Holes;
-    std::unordered_map<long long, size_t> m_HoleAt;
-    size_t m_UnnamedTracks = 0, m_UnnamedVias = 0, m_SkippedCopper = 0;
+    BoardAssembly m_Gathered;
+    size_t m_UnnamedTracks = 0, m_SkippedCopper = 0;
 };
 
 }  // namespace
