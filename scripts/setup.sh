@@ -8,7 +8,7 @@ packages=(
   libgtest-dev googletest libgmock-dev libbenchmark-dev
   libboost-dev libzmq3-dev pkg-config
   python3 valgrind
-  libcli11-dev
+  libcli11-dev libxml2-dev
   g++-mingw-w64-x86-64 binutils-mingw-w64-x86-64 wine wine64
 )
 

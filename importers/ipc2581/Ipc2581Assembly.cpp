@@ -1,0 +1,163 @@
+#include "Ipc2581Assembly.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+double NormalDegrees(double degrees) {
+    degrees = std::fmod(degrees, 360);
+    return degrees < 0 ? degrees + 360 : degrees;
+}
+
+}  // namespace
+
+long long PlaceKey(const CPointD& p) {
+    const long long x = std::llround(p.x * 1e6), y = std::llround(p.y * 1e6);
+    return x * 1000003LL ^ y;
+}
+
+std::string PinKey(const std::string& reference, const std::string& pin) { return reference + '\x1f' + pin; }
+
+CPNet* NetNamed(CPdb& board, const std::string& name) {
+    if (name.empty()) return nullptr;
+    const CString key(name.c_str());
+    CPNet* net = board.FindNet(key);
+    return net ? net : board.AddNet(key);
+}
+
+void BoardAssembly::Finish(CPdb& board, std::vector<std::string>& warnings) {
+    m_Board = &board;
+    m_Warnings = &warnings;
+    size_t unnamedVias = 0;
+    const CPDBLayerManager& layers = m_Board->GetLayerManager();
+    for (const ComponentRecord& record : components) AddComponent(record, layers);
+    for (Hole& hole : holes) {
+        if (hole.atPin || !hole.plated) continue;
+        CPNet* net = NetNamed(*m_Board, hole.net);
+        if (!net) {
+            ++unnamedVias;
+            continue;
+        }
+        int from = hole.fromLayer >= 0 ? hole.fromLayer : layers.GetTopCopperIndex();
+        int to = hole.toLayer >= 0 ? hole.toLayer : layers.GetBottomCopperIndex();
+        if (from > to) std::swap(from, to);
+        const auto pad = viaPads.find(PlaceKey(hole.position));
+        const double size = pad != viaPads.end() ? pad->second : hole.diameter;
+        net->GetRoute().AddVia(hole.position, size, hole.diameter, from, to);
+    }
+    if (unnamedVias) m_Warnings->push_back(std::to_string(unnamedVias) + " vias without a net skipped");
+}
+
+void BoardAssembly::AddComponent(const ComponentRecord& record, const CPDBLayerManager& layers) {
+    const CString partName((record.part.empty() ? record.package : record.part).c_str());
+    CPPart* part = m_Board->FindPart(partName);
+    if (!part) part = m_Board->AddPart(partName, CString(record.package.c_str()));
+    const auto index = layerIndex.find(record.layer);
+    const int layer = index == layerIndex.end() ? -1 : index->second;
+    const auto side = layerSide.find(record.layer);
+    const bool bottom = (layer >= 0 && layer == layers.GetBottomCopperIndex() && layer != layers.GetTopCopperIndex()) ||
+                        (side != layerSide.end() && side->second == "BOTTOM") ||
+                        (layer < 0 && record.placement.mirror);
+    const auto package = packages.find(record.package);
+    const std::vector<PackagePin> none;
+    const std::vector<PackagePin>& pins = package != packages.end() ? package->second : none;
+    const Xform placement = MirroredPlacement(record, pins);
+    CPComp* comp = m_Board->AddComp(CString(record.reference.c_str()), part,
+                                    bottom ? CompSide::Bottom : CompSide::Top, record.placement.offset,
+                                    NormalDegrees(placement.rotation));
+    if (!comp) {
+        m_Warnings->push_back("component " + record.reference + " given twice: the second skipped");
+        return;
+    }
+    comp->SetMirrored(record.placement.mirror);
+    std::vector<const FeaturePad*> used;
+    for (const PackagePin& pin : pins) {
+        const Xform pinPlacement = Compose(placement, pin.placement);
+        const FeaturePad* pad = FeaturePadAt(record.reference, pin.name, pinPlacement.offset);
+        if (!pad) pad = FirstFeaturePad(record.reference, pin.name);
+        if (pin.primitive) {
+            AddPin(*comp, pin.name, *pin.primitive, pinPlacement, pad);
+        } else if (pad) {
+            AddPin(*comp, pin.name, *pad->primitive, pad->placement, pad);
+        } else {
+            m_Warnings->push_back("pin " + record.reference + "-" + pin.name + " has no pad shape: skipped");
+        }
+        used.push_back(pad);
+    }
+    // Copper pads of the component that its package does not list (a package gives
+    // a repeated pin name once, or no pins at all).
+    const auto names = padPins.find(record.reference);
+    if (names != padPins.end()) {
+        for (const std::string& name : names->second)
+            for (const FeaturePad& pad : featurePads[PinKey(record.reference, name)])
+                if (std::find(used.begin(), used.end(), &pad) == used.end())
+                    AddPin(*comp, name, *pad.primitive, pad.placement, &pad);
+    }
+    if (package == packages.end() && !record.package.empty())
+        m_Warnings->push_back("component " + record.reference + ": no package " + record.package);
+}
+
+// Writers differ on how a mirrored component turns: mirror then rotate, rotate
+// then mirror, or rotate then flip top to bottom. The copper pads, placed
+// absolutely, tell which reading holds; without them the first one does.
+Xform BoardAssembly::MirroredPlacement(const ComponentRecord& record, const std::vector<PackagePin>& pins) const {
+    if (!record.placement.mirror) return record.placement;
+    const double r = record.placement.rotation;
+    Xform best = record.placement;
+    int bestMatches = -1;
+    for (double rotation : {r, -r, 180 - r}) {
+        Xform candidate = record.placement;
+        candidate.rotation = rotation;
+        int matches = 0;
+        for (const PackagePin& pin : pins) {
+            matches += FeaturePadAt(record.reference, pin.name, ApplyXform(candidate, pin.placement.offset)) != nullptr;
+        }
+        if (matches > bestMatches) {
+            best = candidate;
+            bestMatches = matches;
+        }
+    }
+    return best;
+}
+
+// The copper pad of that pin at that place, or null.
+const FeaturePad* BoardAssembly::FeaturePadAt(const std::string& reference, const std::string& pin, const CPointD& at) const {
+    const auto found = featurePads.find(PinKey(reference, pin));
+    if (found == featurePads.end()) return nullptr;
+    for (const FeaturePad& pad : found->second)
+        if (pad.placement.offset.Distance(at) < 1e-3) return &pad;
+    return nullptr;
+}
+
+const FeaturePad* BoardAssembly::FirstFeaturePad(const std::string& reference, const std::string& pin) const {
+    const auto found = featurePads.find(PinKey(reference, pin));
+    return found == featurePads.end() || found->second.empty() ? nullptr : &found->second.front();
+}
+
+void BoardAssembly::AddPin(CPComp& comp, const std::string& name, const Primitive& shape, const Xform& placement,
+                       const FeaturePad* pad) {
+    const CPointD position = placement.offset;
+    double drill = 0;
+    const auto hole = holeAt.find(PlaceKey(position));
+    if (hole != holeAt.end()) {
+        holes[hole->second].atPin = true;
+        drill = holes[hole->second].diameter;
+    } else if (pad) {
+        drill = pad->drill;
+    }
+    const double s = placement.scale;
+    CPRefPin* pin = comp.AddPin(CString(name.c_str()), position, shape.shape, shape.sizeX * s, shape.sizeY * s,
+                                NormalDegrees(placement.rotation), drill);
+    if (shape.shape == PadShape::Polygon) {
+        Xform linear = placement;
+        linear.offset = CPointD();
+        CPadOutline outline = shape.outline;
+        for (CArrayPointD& contour : outline)
+            for (INT_PTR i = 0; i < contour.GetSize(); ++i) contour[i] = ApplyXform(linear, contour[i]);
+        pin->SetPadOutline(std::move(outline));
+    }
+    const auto logical = pinNets.find(PinKey(comp.GetReference().GetString(), name));
+    const std::string& netName = logical != pinNets.end() ? logical->second : pad ? pad->net : std::string();
+    if (CPNet* net = NetNamed(*m_Board, netName)) net->AddPin(pin);
+}

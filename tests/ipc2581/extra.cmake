@@ -1,0 +1,1 @@
+target_link_libraries(test_ipc2581 PRIVATE kpcb_ipc2581)
