@@ -1,18 +1,13 @@
 #!/usr/bin/env bash
 # The Windows cross build compiles the Clipper library from the sources of Debian's
 # polyclipping package (Debian ships it built for the host only). Unpacks them into
-# /usr/local/src/kpcb-polyclipping, once; the deb-src source is made from the
-# machine's own first Debian source stanza, so no mirror is named here.
+# /usr/local/src/kpcb-polyclipping, once.
 set -euo pipefail
 dest=/usr/local/src/kpcb-polyclipping
 [ -f "$dest/cpp/clipper.cpp" ] && exit 0
-sudo_cmd=()
-[ "$(id -u)" -ne 0 ] && sudo_cmd=(sudo)
-list=/etc/apt/sources.list.d/kpcb-sources.sources
+. "$(dirname "$0")/apt-sources.sh"
 if ! grep -rqs '^Types:.*deb-src\|^deb-src' /etc/apt/sources.list /etc/apt/sources.list.d/; then
-  src=/etc/apt/sources.list.d/debian.sources
-  awk 'BEGIN{RS=""} NR==1{print; exit}' "$src" | sed -E 's/^Types:.*/Types: deb-src/' |
-    "${sudo_cmd[@]}" tee "$list" >/dev/null
+  add_debian_source /etc/apt/sources.list.d/kpcb-sources.sources 's/^Types:.*/Types: deb-src/'
 fi
 "${sudo_cmd[@]}" apt-get -o DPkg::Lock::Timeout=900 update -qq
 work=$(mktemp -d)
