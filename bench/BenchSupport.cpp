@@ -184,8 +184,7 @@ std::string LargeOutlineBoard(int points) {
     return cache[points] = SaveBoard(pdb, "outline-" + std::to_string(points) + ".pdbb");
 }
 
-std::string MeshBoard(int k, int* shapes) {
-    CPdb pdb;
+int BuildMesh(CPdb& pdb, int k) {
     pdb.SetBoardName("mesh");
     AddCopperStack(pdb);
     CPNet* net = pdb.AddNet("MESH");
@@ -207,6 +206,14 @@ std::string MeshBoard(int k, int* shapes) {
             }
         }
     }
+    return count;
+}
+
+int MeshSide(double shapes) { return static_cast<int>(std::lround((2 + std::sqrt(4 + 12 * shapes)) / 6)); }
+
+std::string MeshBoard(int k, int* shapes) {
+    CPdb pdb;
+    const int count = BuildMesh(pdb, k);
     if (shapes) *shapes = count;
     return SaveBoard(pdb, "mesh-" + std::to_string(k) + ".pdbb");
 }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+class CPdb;
+
 namespace bench {
 
 // The CPUs the run may use (the affinity it was started with, e.g. by taskset). With
@@ -73,6 +75,10 @@ std::string LargeOutlineBoard(int points);
 // a board whose net "MESH" is a k x k grid of vias joined by tracks to their right and
 // upper neighbours: 3k^2 - 2k shapes on TOP, one outline with (k-1)^2 holes.
 std::string MeshBoard(int k, int* shapes);
+// The same net built into a board in memory; returns its number of shapes.
+int BuildMesh(CPdb& pdb, int k);
+// The k whose mesh has about that many shapes.
+int MeshSide(double shapes);
 
 // The text of a wide path for the C functions.
 std::wstring Wide(const std::string& text);

@@ -143,7 +143,8 @@ def main(folder):
     lines.append(f"| board load in process, 10,000 components .pdbb (ms) | {fmt(ms(load10k))} | "
                  f"{fmt(ratio(load10k, read10k))} x reading the file's bytes | |")
     lines.append(f"| launch to ready minus board load (ms) | "
-                 f"{fmt(ms(launch_big - load10k) if launch_big and load10k else None)} | | |")
+                 f"{fmt(ms(launch_big - load10k) if launch_big and load10k else None)} | "
+                 f"{fmt(ratio(launch_big, load10k))} x board load | |")
     first = None
     for shapes in (1000, 10000, 100000):
         b = entry(heavy, f"BM_MergeRun/{shapes}")
@@ -157,6 +158,15 @@ def main(folder):
             detail = f" ({b['error']})"
         lines.append(f"| polygon merge, net of {shapes:,} shapes (ms){detail} | {fmt(ms(t))} | "
                      f"{fmt(ratio(t, first))} x the 1,000-shape net | |")
+    merge_run = load(folder, "merge-in-process")
+    times = {n: seconds(entry(merge_run, f"BM_CopperMerge/{n}")) for n in (1000, 10000, 100000)}
+    for n, t in times.items():
+        lines.append(f"| copper merge in process, net of {n:,} shapes (ms) | {fmt(ms(t))} | | |")
+    growth = ratio(times[100000], times[10000])
+    lines.append(f"| growth of the in-process merge, 100,000 / 10,000 shapes | {fmt(growth)} | | "
+                 f"≤ 12 ({verdict(growth, 12, True)}) |")
+    lines.append(f"| in-process merge of 100,000 shapes (s) | {fmt(times[100000])} | | "
+                 f"< 1.5 ({verdict(times[100000], 1.5, True)}) |")
     if arrivals and "arrived" in arrivals:
         lines.append(f"| one-way commands counted in the viewer's journal | {int(arrivals['arrived']):,} of "
                      f"{int(arrivals['sent']):,} | {fmt(ratio(arrivals['arrived'], arrivals['sent']), 3)} | all arrive "

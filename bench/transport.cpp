@@ -401,9 +401,7 @@ void BM_LaunchToReady(benchmark::State& state) {
 
 void BM_MergeRun(benchmark::State& state) {
     bench::PinCallerToClientCpu();
-    // 3k^2 - 2k shapes: k for about the number asked.
-    const double target = static_cast<double>(state.range(0));
-    const int k = static_cast<int>(std::lround((2 + std::sqrt(4 + 12 * target)) / 6));
+    const int k = bench::MeshSide(static_cast<double>(state.range(0)));
     int shapes = 0;
     const std::string board = bench::MeshBoard(k, &shapes);
     Viewer& viewer = ViewerOn(board);

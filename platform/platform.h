@@ -77,6 +77,13 @@ void StopWatching(ProcessWatch watch);
 // identifies the main window in the hello (positive).
 intptr_t InstallCloseRequest();
 bool CloseRequested();
+// Viewer side, first thing in main() for a big board: where the C library backs its
+// heap with 4 KiB pages unless told otherwise at start (glibc), runs this program
+// again in the same process (same id, same arguments) with large pages asked for,
+// which makes the first touch of a big board's memory several times cheaper.
+// Returns only when it does not restart: already asked for, nothing to ask on this
+// platform, or the restart failed.
+void RestartWithLargeHeapPages(char** argv);
 
 // ---- Files and folders -----------------------------------------------------
 char PathSeparator();

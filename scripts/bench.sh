@@ -30,7 +30,7 @@ fi
 
 echo "== build (Release) in $build"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=Release -DKPCB_BUILD_TESTS=OFF >/dev/null
-cmake --build "$build" -j2 --target KorbinPCB KPCBAPIDLL bench_transport bench_board_load >/dev/null
+cmake --build "$build" -j2 --target KorbinPCB KPCBAPIDLL bench_transport bench_board_load bench_copper_merge >/dev/null
 bin=$build/bin
 out=$build/bench-results
 rm -rf "$out"
@@ -60,6 +60,7 @@ run launch-merge "$heavy_cpus" bench_transport --benchmark_filter='^BM_(LaunchTo
   --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 run arrivals "$heavy_cpus" bench_transport --benchmark_filter='^BM_OneWayArrivals'
 KPCB_BENCH_SOAK_CALLS=$soak run memory "$heavy_cpus" bench_transport --benchmark_filter='^BM_CallerMemory'
+run merge-in-process "$cpu0" bench_copper_merge --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 run board-load "$cpu0" bench_board_load --benchmark_filter='^BM_(ReadFileBytes|LoadPdbb)/10000/' \
   --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 

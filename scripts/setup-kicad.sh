@@ -7,14 +7,9 @@ set -euo pipefail
 if command -v kicad-cli >/dev/null 2>&1 && [ -d /usr/share/kicad/demos ] && /usr/bin/python3 -c 'import pcbnew' 2>/dev/null; then
   exit 0
 fi
-sudo_cmd=()
-[ "$(id -u)" -ne 0 ] && sudo_cmd=(sudo)
-list=/etc/apt/sources.list.d/kpcb-backports.sources
+. "$(dirname "$0")/apt-sources.sh"
 if ! grep -rqs 'bookworm-backports' /etc/apt/sources.list /etc/apt/sources.list.d/; then
-  src=/etc/apt/sources.list.d/debian.sources
-  # The first stanza (up to the first blank line), its suites replaced.
-  awk 'BEGIN{RS=""} NR==1{print; exit}' "$src" | sed -E 's/^Suites:.*/Suites: bookworm-backports/' |
-    "${sudo_cmd[@]}" tee "$list" >/dev/null
+  add_debian_source /etc/apt/sources.list.d/kpcb-backports.sources 's/^Suites:.*/Suites: bookworm-backports/'
 fi
 "${sudo_cmd[@]}" apt-get update -qq
 DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq -t bookworm-backports --no-install-recommends kicad kicad-demos

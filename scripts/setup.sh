@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake g++ clang libclang-rt-14-dev
   libgtest-dev googletest libgmock-dev libbenchmark-dev
-  libboost-dev libzmq3-dev pkg-config
+  libpolyclipping-dev libzmq3-dev pkg-config
   python3 valgrind
   libcli11-dev libxml2-dev
   g++-mingw-w64-x86-64 binutils-mingw-w64-x86-64 wine wine64
@@ -24,3 +24,6 @@ if ((${#missing[@]})); then
   "${sudo_cmd[@]}" apt-get update -qq
   DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq "${missing[@]}"
 fi
+
+# The Windows cross build compiles the Clipper library from Debian's sources.
+"$(dirname "$0")/setup-clipper-source.sh"

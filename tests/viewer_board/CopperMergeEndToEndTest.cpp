@@ -11,6 +11,8 @@ using namespace viewer_board_test;
 using text_board::Pt;
 
 namespace {
+// The merge works on a grid of 10 picometres: corners move by up to half of it.
+constexpr double kGrid = 1e-8;
 
 struct Merged {
     std::vector<Pt> outline;
@@ -59,10 +61,10 @@ void ExpectOrientation(const std::vector<Merged>& merged) {
 
 void ExpectExtent(const std::vector<Pt>& ring, double minX, double minY, double maxX, double maxY) {
     const text_board::Extent e = text_board::ExtentOf(ring);
-    EXPECT_NEAR(e.minX, minX, 1e-9);
-    EXPECT_NEAR(e.minY, minY, 1e-9);
-    EXPECT_NEAR(e.maxX, maxX, 1e-9);
-    EXPECT_NEAR(e.maxY, maxY, 1e-9);
+    EXPECT_NEAR(e.minX, minX, kGrid);
+    EXPECT_NEAR(e.minY, minY, kGrid);
+    EXPECT_NEAR(e.maxX, maxX, kGrid);
+    EXPECT_NEAR(e.maxY, maxY, kGrid);
 }
 
 }  // namespace
@@ -97,7 +99,7 @@ TEST_F(BoardTest, GroundPlaneWithItsKeepOutIsOneOutlineWithOneHole) {
     const text_board::Extent outer = text_board::ExtentOf(plane->outline);
     ExpectExtent(merged[0].outline, outer.minX, outer.minY, outer.maxX, outer.maxY);
     ExpectExtent(merged[0].holes[0], keepOut.minX, keepOut.minY, keepOut.maxX, keepOut.maxY);
-    EXPECT_NEAR(text_board::SignedArea(merged[0].holes[0]), std::fabs(text_board::SignedArea(plane->holes[0])), 1e-9);
+    EXPECT_NEAR(text_board::SignedArea(merged[0].holes[0]), std::fabs(text_board::SignedArea(plane->holes[0])), kGrid);
 
     // The ECAD name of the layer gives the same result.
     std::vector<Merged> byEcad;
@@ -230,7 +232,7 @@ END
     EXPECT_TRUE(merged[0].holes.empty());
     ExpectOrientation(merged);
     ExpectExtent(merged[0].outline, 9, 8.5, 13, 11.5);
-    EXPECT_NEAR(-text_board::SignedArea(merged[0].outline), 6, 1e-9);
+    EXPECT_NEAR(-text_board::SignedArea(merged[0].outline), 6, kGrid);
 
     // Division: corners of a full circle, 0 for the default, held within 8..1024.
     const std::pair<double, size_t> divisions[] = {{12, 12}, {12.4, 12}, {0, 32}, {-5, 32}, {3, 8}, {5000, 1024}};
@@ -238,7 +240,7 @@ END
         ASSERT_EQ(MergeRun(viewer.pid, {L"TOP"}, L"SOLO", d.first, merged), 0);
         ASSERT_EQ(merged.size(), 1u);
         EXPECT_EQ(merged[0].outline.size(), d.second) << "division " << d.first;
-        for (const Pt& p : merged[0].outline) EXPECT_NEAR(std::hypot(p.x - 30, p.y - 10), 1, 1e-9);
+        for (const Pt& p : merged[0].outline) EXPECT_NEAR(std::hypot(p.x - 30, p.y - 10), 1, kGrid);
     }
 
     // A bottom component: its through-hole pad is on every copper layer, its surface
