@@ -306,6 +306,10 @@ SlotHandle OpenSlot(const std::string& name) {
         r = connect(fd, reinterpret_cast<sockaddr*>(&address), length);
     } while (r != 0 && errno == EINTR);
     if (r != 0) { close(fd); return InvalidSlot(); }
+    // A reader that stops reading fills its queue; a write then waits for room only
+    // this long, so that the writer's thread is not held for ever.
+    const timeval sendWait{kSlotSendWaitMs / 1000, (kSlotSendWaitMs % 1000) * 1000};
+    setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &sendWait, sizeof(sendWait));
     Slot* slot = new (std::nothrow) Slot{fd, 0, 0, false, Head{}, 0};  // a write side reads nothing
     if (!slot) { close(fd); return InvalidSlot(); }
     return slot;
@@ -327,6 +331,30 @@ bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* wr
     }
     if (ok && written) *written = count;
     return ok;
+}
+
+bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
+                   uint32_t secondCount) {
+    Slot* slot = AsSlot(handle);
+    if (!slot || (firstCount && !first) || (secondCount && !second)) return false;
+    if (firstCount > kLargestInlineMessage || secondCount > kLargestInlineMessage) {
+        uint32_t written = 0;
+        return WriteSlot(handle, first, firstCount, &written) && WriteSlot(handle, second, secondCount, &written);
+    }
+    iovec io[2] = {{const_cast<void*>(first), firstCount}, {const_cast<void*>(second), secondCount}};
+    mmsghdr messages[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        messages[i].msg_hdr.msg_iov = &io[i];
+        messages[i].msg_hdr.msg_iovlen = 1;
+    }
+    unsigned done = 0;
+    while (done < 2) {
+        const int sent = sendmmsg(slot->fd, messages + done, 2 - done, MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent <= 0) return false;
+        done += static_cast<unsigned>(sent);
+    }
+    return messages[0].msg_len == firstCount && messages[1].msg_len == secondCount;
 }
 
 namespace {
