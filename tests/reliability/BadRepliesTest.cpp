@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeViewer.h"
+#include "TestPaths.h"
 #include "InformationRecords.h"
 #include "KPCBAPI.hpp"
 #include "PolygonMergeRecords.h"
@@ -54,6 +55,9 @@ TEST(Replies, BytesAfterTheFieldsAreIgnored) {
             viewer.Answer(reply);
             EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid(), "board.txt"), 0) << reply.size();
         }
+        // An acknowledgement (as a hello) counts by its first 4 bytes.
+        viewer.AnswerRaw({Bytes{1, 0, 0, 0, 9, 9, 9}}, 1, FakeViewer::Channel::ReturnSlot);
+        EXPECT_EQ(KPCB_Explorer(viewer.pid(), 0, CString(testing_support::BinDir())), 0);
     }
     KPCB_KeepConnections(0);
 }
