@@ -220,9 +220,9 @@ int Connection::OneWay(CMemFile& frame) {
     return KPCB_OK;
 }
 
-int Connection::Query(CMemFile& frame, CKPRCI__BaseRV& reply, Copies copies) {
+int Connection::Query(CMemFile& frame, CKPRCI__BaseRV& reply, bool twice) {
     if (!Reserve() || !OpenCommandSlot()) return KPCB_SLOT_UNAVAILABLE;
-    if (copies == Copies::Twice && !Send(frame)) return KPCB_SLOT_UNAVAILABLE;
+    if (twice && !Send(frame)) return KPCB_SLOT_UNAVAILABLE;
     CMailslot* replySlot = ReplySlot();
     if (!replySlot || !Send(frame)) return KPCB_SLOT_UNAVAILABLE;
     if (!AwaitMessage(*replySlot) || !ReceiveRecord(*replySlot, new CMemFile(1024), reply)) {

@@ -10,8 +10,6 @@
 
 namespace kapi {
 
-enum class Copies { Once, Twice };
-
 class Connection {
 public:
     virtual ~Connection() = default;
@@ -22,10 +20,10 @@ public:
     // One-way: opens the command slot (-5), sends the frame once (a failed write still
     // counts as handed over), 0.
     int OneWay(CMemFile& frame);
-    // Query: opens the command slot (-5), [Twice: sends], makes the reply slot (-5),
+    // Query: opens the command slot (-5), [twice: sends], makes the reply slot (-5),
     // sends, receives one reply into reply (-7; bytes after its fields are ignored), 0.
     // With a reply time-out set the wait ends at the limit or when the viewer ends.
-    int Query(CMemFile& frame, CKPRCI__BaseRV& reply, Copies copies);
+    int Query(CMemFile& frame, CKPRCI__BaseRV& reply, bool twice);
     // The explorer's way: sends once (-5), then makes the return slot (-5) and waits for
     // the viewer's 4-byte acknowledgement there (-7), 0.
     int Acknowledged(CMemFile& frame);

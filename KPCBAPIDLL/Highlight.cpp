@@ -37,7 +37,7 @@ int NamedHighlight(int pid, int functionType, int kind, const char* names, const
         record.SetContrast(contrast);
         record.SetLayerHighlightColorFromAPI(layerColorFromApi);
         CKPRCI__BaseRV reply;
-        const int status = call.Query(record, reply, kapi::Copies::Twice);
+        const int status = call.Query(record, reply);
         if (status != KPCB_OK) return status;
         return reply.GetErrorCode() == KPCB_ERR_201 ? KPCB_ERR_201 : KPCB_OK;
     });
@@ -141,7 +141,7 @@ int KPCB_ZoomHighlightForSection_NetRefPin(int pid, const char* net, const char*
         record.SetRef2Name(CString(ref2));
         record.SetPin2Name(CString(pin2));
         CKPRCI__BaseRV reply;
-        return PassBack200And201(kapi::Query(pid, record, reply, kapi::Copies::Twice), reply);
+        return PassBack200And201(kapi::Query(pid, record, reply), reply);
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include "CArchive.h"
 #include "CTokenizer.h"
+#include "SentTwice.h"
 #include "platform.h"
 
 namespace kapi {
@@ -55,10 +56,10 @@ int ViewerCall::OneWay(CKPRCI__Base& record) {
     return m_connection->OneWay(frame);
 }
 
-int ViewerCall::Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies) {
+int ViewerCall::Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply) {
     CMemFile frame(1024);
     SerializeRecord(request, frame);
-    return m_connection->Query(frame, reply, copies);
+    return m_connection->Query(frame, reply, SentTwice(request));
 }
 
 int ViewerCall::Acknowledged(CKPRCI__Base& record) {
@@ -71,8 +72,8 @@ int OneWay(int pid, CKPRCI__Base& record) noexcept {
     return WithViewer(pid, [&](ViewerCall& call) { return call.OneWay(record); });
 }
 
-int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies) noexcept {
-    return WithViewer(pid, [&](ViewerCall& call) { return call.Query(request, reply, copies); });
+int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply) noexcept {
+    return WithViewer(pid, [&](ViewerCall& call) { return call.Query(request, reply); });
 }
 
 }  // namespace kapi

@@ -36,8 +36,9 @@ public:
     bool ViewerRunning() { return m_connection->ViewerRunning(); }
     // The record serialised and sent one-way: 0 or -5 (Connection::OneWay).
     int OneWay(CKPRCI__Base& record);
-    // The request serialised and sent, its reply loaded: 0, -5 or -7 (Connection::Query).
-    int Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies = Copies::Once);
+    // The request serialised and sent (twice where SentTwice says so), its reply
+    // loaded: 0, -5 or -7 (Connection::Query).
+    int Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply);
     // The record sent, then its acknowledgement on the return slot: 0, -5 or -7.
     int Acknowledged(CKPRCI__Base& record);
 
@@ -69,6 +70,6 @@ int WithViewer(int pid, Body&& body) noexcept {
 // The liveness test, then the record sent one-way. Guarded.
 int OneWay(int pid, CKPRCI__Base& record) noexcept;
 // The liveness test, then the query. Guarded.
-int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies = Copies::Once) noexcept;
+int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply) noexcept;
 
 }  // namespace kapi

@@ -71,7 +71,7 @@ int KPCB_GetStatusForCallingRedMark(int pid, int* status) {
         CKPRCI_RedMark_SetStatusForCalling record;
         record.SetReturnMode(1);
         CKPRCI_RedMark_SetStatusForCalling_RV reply;
-        const int result = call.Query(record, reply, kapi::Copies::Twice);
+        const int result = call.Query(record, reply);
         if (result != KPCB_OK) return result;
         if (status) *status = reply.GetCallStatus();
         return KPCB_OK;
