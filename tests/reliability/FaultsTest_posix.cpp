@@ -142,6 +142,7 @@ TEST(ProcessExit, WaitLastsUntilTheEndWithoutPidfds) {
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == 2) GTEST_SKIP() << "no seccomp filter can be installed here";
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
@@ -187,7 +188,7 @@ TEST(Isolation, AViewerThatDoesNotReadHoldsUpNoOtherViewer) {
     int count = 0;
     EXPECT_EQ(KPCB_GetPinCountFromPart(viewer.pid(), L"P", &count), 0);
     EXPECT_EQ(count, 6);
-    EXPECT_LT(MillisecondsSince(start), 1000) << "another viewer's calls wait for nothing";
+    EXPECT_LT(MillisecondsSince(start), platform::kSlotSendWaitMs - 500) << "another viewer's calls wait for nothing";
 
     stop = true;
     flood.join();
