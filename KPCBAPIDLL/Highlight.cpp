@@ -24,7 +24,8 @@ int NamedHighlight(int pid, int functionType, int kind, const char* names, const
         const CStringArray objects = Names(names, separators);
         CStringArray layers;
         if (functionType == 3) layers = Names(layerNames, layerSeparators);
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+        kapi::ViewerCall call(pid);
+        if (!call.ViewerRunning()) return KPCB_NOT_RUNNING;
         if (static_cast<unsigned>(kind) > 2) return KPCB_ERR_200;
         CKPRCI_Highlight record;
         record.SetFunctionType(functionType);
@@ -36,14 +37,14 @@ int NamedHighlight(int pid, int functionType, int kind, const char* names, const
         record.SetContrast(contrast);
         record.SetLayerHighlightColorFromAPI(layerColorFromApi);
         CKPRCI__BaseRV reply;
-        const int status = kapi::SendQuery(pid, record, reply, kapi::Copies::Twice);
+        const int status = call.Query(record, reply);
         if (status != KPCB_OK) return status;
         return reply.GetErrorCode() == KPCB_ERR_201 ? KPCB_ERR_201 : KPCB_OK;
     });
 }
 
 // Sends the reference-pin highlight and returns the viewer's answer as it stands.
-int RefPinHighlight(int pid, const CString& ref, const CStringArray& pins, DWORD color, int zoom, int layerColorFromApi) {
+int RefPinHighlight(kapi::ViewerCall& call, const CString& ref, const CStringArray& pins, DWORD color, int zoom, int layerColorFromApi) {
     CKPRCI_Highlight_RefPin record;
     record.SetRefName(ref);
     record.SetPinNames(pins);
@@ -51,15 +52,14 @@ int RefPinHighlight(int pid, const CString& ref, const CStringArray& pins, DWORD
     record.SetZoom(zoom);
     record.SetLayerHighlightColorFromAPI(layerColorFromApi);
     CKPRCI__BaseRV reply;
-    const int status = kapi::SendQuery(pid, record, reply);
+    const int status = call.Query(record, reply);
     return status != KPCB_OK ? status : reply.GetErrorCode();
 }
 
 int RefPinFromText(int pid, const char* ref, const char* pins, const char* separators, unsigned char r, unsigned char g,
                    unsigned char b, int layerColorFromApi, int zoom) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
-        return RefPinHighlight(pid, CString(ref), Names(pins, separators), Rgb(r, g, b), zoom, layerColorFromApi);
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) {
+        return RefPinHighlight(call, CString(ref), Names(pins, separators), Rgb(r, g, b), zoom, layerColorFromApi);
     });
 }
 
@@ -72,17 +72,19 @@ int PassBack200And201(int status, const CKPRCI__BaseRV& reply) {
 
 int Clear(int pid, const int* commonValue) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_SimpleCMD record(CKPRCI_SimpleCMD::HighlightClear);
         if (commonValue) record.SetCommonValue(*commonValue);
-        return kapi::SendOneWay(pid, record);
+        return kapi::OneWay(pid, record);
     });
 }
 
 }  // namespace
 
 int KPCB_Highlight_RefPin(int pid, CString& ref, CStringArray& pins, DWORD color, int zoom, int layerColorFromApi) {
-    return kapi::Guarded([&] { return RefPinHighlight(pid, ref, pins, color, zoom, layerColorFromApi); });
+    return kapi::Guarded([&] {
+        kapi::ViewerCall call(pid);
+        return RefPinHighlight(call, ref, pins, color, zoom, layerColorFromApi);
+    });
 }
 
 int KPCB_Highlight_Clear_Basic(int pid) { return Clear(pid, nullptr); }
@@ -132,7 +134,6 @@ int KPCB_Highlight_RefPin_Zoom(int pid, const char* ref, const char* pins, const
 int KPCB_ZoomHighlightForSection_NetRefPin(int pid, const char* net, const char* ref1, const char* pin1,
                                            const char* ref2, const char* pin2) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_Highlight_ZoomHighlightForSection_NetRefPin record;
         record.SetNetName(CString(net));
         record.SetRef1Name(CString(ref1));
@@ -140,7 +141,7 @@ int KPCB_ZoomHighlightForSection_NetRefPin(int pid, const char* net, const char*
         record.SetRef2Name(CString(ref2));
         record.SetPin2Name(CString(pin2));
         CKPRCI__BaseRV reply;
-        return PassBack200And201(kapi::SendQuery(pid, record, reply, kapi::Copies::Twice), reply);
+        return PassBack200And201(kapi::Query(pid, record, reply), reply);
     });
 }
 
@@ -151,16 +152,15 @@ int KPCB_Highlight_ZoomNetSegment(int pid, const CString& net, const CArrayN& se
         record.SetSegmentIndex(segments);
         record.SetColor(color);
         CKPRCI__BaseRV reply;
-        return PassBack200And201(kapi::SendQuery(pid, record, reply), reply);
+        return PassBack200And201(kapi::ViewerCall(pid).Query(record, reply), reply);
     });
 }
 
 int KPCB_Highlight_SetCurrentColor(int pid, unsigned char r, unsigned char g, unsigned char b) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_Highlight_Color record;
         record.SetHighlightColor(Rgb(r, g, b));
-        return kapi::SendOneWay(pid, record);
+        return kapi::OneWay(pid, record);
     });
 }
 

@@ -5,15 +5,11 @@
 
 namespace {
 
-// Liveness test, then request and reply through the query path; on success
-// deliver copies the reply's values to the caller.
-template <class Request, class Reply, class Deliver>
-int Query(int pid, Request& request, Reply& reply, Deliver&& deliver) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
-        const int status = kapi::SendQuery(pid, request, reply);
-        return status != KPCB_OK ? status : deliver();
-    });
+// The query; on success deliver copies the reply's values to the caller.
+template <class Deliver>
+int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Deliver&& deliver) {
+    const int status = kapi::Query(pid, request, reply);
+    return status != KPCB_OK ? status : kapi::Guarded(deliver);
 }
 
 template <class T>
@@ -47,13 +43,12 @@ int PinPitch(int pid, int functionType, const wchar_t* ref, int unit, double* pi
 template <class Request, class Reply, class SetList>
 int PlaceCounts(int pid, const wchar_t* names, const wchar_t* delimiter, int* top, int* bottom, int* other,
                 int highlight, SetList&& setList) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         Request request;
         setList(request, kapi::SplitNames(kapi::WideToCString(names), kapi::WideToCString(delimiter)));
         request.SetHighlight(highlight);
         Reply reply;
-        const int status = kapi::SendQuery(pid, request, reply);
+        const int status = call.Query(request, reply);
         if (status != KPCB_OK) return status;
         Put(top, reply.GetTopCount());
         Put(bottom, reply.GetBtmCount());

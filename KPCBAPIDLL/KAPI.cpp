@@ -7,7 +7,7 @@
 #include "GCUtility.h"
 #include "KPCBAPI.hpp"
 #include "KapiFrame.h"
-#include "KeptConnections.h"
+#include "SlotNames.h"
 #include "platform.h"
 
 namespace {
@@ -77,13 +77,13 @@ int KPCB_Launch(CString file, int hide) {
         if (pid <= 0) return KPCB_ERR_202;
 
         // A viewer that cannot be heard is asked to close rather than left behind.
-        CMailslot returnSlot(0, kapi::ReturnSlotName());
+        CMailslot returnSlot(0, ReturnSlotName());
         if (!returnSlot.Open()) {
             platform::AbandonProcess(pid);
             return KPCB_SLOT_UNAVAILABLE;
         }
         int hello = -1;
-        if (!kapi::AwaitAnswer(returnSlot, pid) || !returnSlot.ReadBytes(&hello, 4, 0)) {
+        if (!kapi::AwaitAnswer(returnSlot, pid) || !ReceiveLeadingInt(returnSlot, &hello)) {
             platform::AbandonProcess(pid);
             return KPCB_NO_REPLY;
         }

@@ -1,21 +1,14 @@
 #include "KapiFrame.h"
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstring>
 #include <new>
 
 #include "CArchive.h"
-#include "CMailslot.h"
 #include "CTokenizer.h"
-#include "KeptConnections.h"
+#include "SentTwice.h"
 #include "platform.h"
 
 namespace kapi {
-namespace {
-std::atomic<int> g_replyTimeoutMs{0};
-}  // namespace
 
 CString WideToCString(const wchar_t* text) {
     if (!text) return CString();
@@ -57,75 +50,30 @@ void SerializeRecord(CKPRCI__Base& record, CMemFile& file) {
     ar.Close();
 }
 
-int SendOneWay(int pid, CKPRCI__Base& record) {
-    CMemFile file(1024);
-    SerializeRecord(record, file);
-    if (auto kept = ConnectionTo(pid)) return kept->SendFrame(file) ? kOk : kSlotUnavailable;
-    CMailslot command(1, MakeCommandSlotName(pid));
-    if (!command.Open()) return kSlotUnavailable;
-    command.SendFrame(file);  // a failed write still counts as handed over
-    return kOk;
+int ViewerCall::OneWay(CKPRCI__Base& record) {
+    CMemFile frame(1024);
+    SerializeRecord(record, frame);
+    return m_connection->OneWay(frame);
 }
 
-namespace {
-// The query through a kept connection: the same steps, with the kept slots. A query
-// of another thread in progress holds the reply slot, as its name would be taken.
-int SendKeptQuery(KeptConnection& kept, int pid, CMemFile& file, CKPRCI__BaseRV& reply, Copies copies) {
-    std::unique_lock<std::mutex> lease(kept.ReplyLock(), std::try_to_lock);
-    if (!lease.owns_lock()) return kSlotUnavailable;
-    if (copies == Copies::Twice && !kept.SendFrame(file)) return kSlotUnavailable;
-    CMailslot* replySlot = kept.ReplySlot();
-    if (!replySlot) return kSlotUnavailable;
-    if (!kept.SendFrame(file)) return kSlotUnavailable;
-    if (ReplyTimeout() <= 0) platform::SetSlotReadTimeout(replySlot->GetHandle(), 0);  // a limit set earlier is gone
-    if (!AwaitAnswer(*replySlot, pid) || !ReceiveRecord(*replySlot, new CMemFile(1024), reply)) {
-        kept.DropReplySlot();
-        return kNoReply;
-    }
-    return kOk;
-}
-}  // namespace
-
-int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies) {
-    CMemFile file(1024);
-    SerializeRecord(request, file);
-    if (auto kept = ConnectionTo(pid)) return SendKeptQuery(*kept, pid, file, reply, copies);
-    CMailslot command(1, MakeCommandSlotName(pid));
-    if (!command.Open()) return kSlotUnavailable;
-    if (copies == Copies::Twice) command.SendFrame(file);
-    CMailslot replySlot(0, MakeReplySlotName(pid));
-    if (!replySlot.Open()) return kSlotUnavailable;
-    CMemFile* replyFile = new CMemFile(1024);
-    command.SendFrame(file);
-    if (!AwaitAnswer(replySlot, pid)) {
-        delete replyFile;
-        return kNoReply;
-    }
-    if (!ReceiveRecord(replySlot, replyFile, reply)) return kNoReply;
-    return kOk;
+int ViewerCall::Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply) {
+    CMemFile frame(1024);
+    SerializeRecord(request, frame);
+    return m_connection->Query(frame, reply, SentTwice(request));
 }
 
-void SetReplyTimeout(int milliseconds) { g_replyTimeoutMs = milliseconds > 0 ? milliseconds : 0; }
-int ReplyTimeout() { return g_replyTimeoutMs; }
+int ViewerCall::Acknowledged(CKPRCI__Base& record) {
+    CMemFile frame(1024);
+    SerializeRecord(record, frame);
+    return m_connection->Acknowledged(frame);
+}
 
-bool AwaitAnswer(CMailslot& slot, int pid) {
-    const int limit = ReplyTimeout();
-    if (limit <= 0) return true;
-    platform::SetSlotReadTimeout(slot.GetHandle(), limit);
-    // Wait in short slices so that a viewer that has ended is noticed at once.
-    constexpr int kSliceMs = 20;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit);
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
-        if (left <= 0) return false;
-        uint32_t size = 0;
-        if (platform::PeekSlotMessageSize(slot.GetHandle(), static_cast<int>(std::min<long long>(left, kSliceMs)), &size))
-            return true;
-        if (!ViewerRunning(pid)) {
-            // It may have answered just before it ended.
-            return platform::PeekSlotMessageSize(slot.GetHandle(), 0, &size);
-        }
-    }
+int OneWay(int pid, CKPRCI__Base& record) noexcept {
+    return WithViewer(pid, [&](ViewerCall& call) { return call.OneWay(record); });
+}
+
+int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply) noexcept {
+    return WithViewer(pid, [&](ViewerCall& call) { return call.Query(request, reply); });
 }
 
 }  // namespace kapi

@@ -1,27 +1,18 @@
-// The shared shape of every exported command: slot names, string conversions at
-// the boundary, and the two send paths (one-way; query with its reply slot).
+// The shared shape of every exported command: string conversions at the boundary,
+// and the one way a command or a query goes to a viewer.
 #pragma once
 
 #include <cwchar>
+#include <memory>
 
 #include "CKPRCI__Base.h"
-#include "CMailslot.h"
 #include "CMemFile.h"
 #include "CString.h"
 #include "CStringArray.h"
+#include "Connection.h"
 #include "KPCBAPI.h"
-#include "SlotNames.h"
 
 namespace kapi {
-
-constexpr int kOk = KPCB_OK;
-constexpr int kNotRunning = KPCB_NOT_RUNNING;
-constexpr int kSlotUnavailable = KPCB_SLOT_UNAVAILABLE;
-constexpr int kNoReply = KPCB_NO_REPLY;
-
-using ::MakeCommandSlotName;
-using ::MakeReplySlotName;
-using ::ReturnSlotName;
 
 // Wide text to the narrow code page; null gives an empty string.
 CString WideToCString(const wchar_t* text);
@@ -38,30 +29,47 @@ CStringArray SplitNames(const CString& text, const CString& separators);
 // Writes record into a fresh memory file through a storing archive (closed before return).
 void SerializeRecord(CKPRCI__Base& record, CMemFile& file);
 
-// One-way: serialise, open the command slot (-5), send once (result not examined), 0.
-int SendOneWay(int pid, CKPRCI__Base& record);
+// One call to one viewer: its connection is chosen once, on construction.
+class ViewerCall {
+public:
+    explicit ViewerCall(int pid) : m_connection(ConnectTo(pid)) {}
+    bool ViewerRunning() { return m_connection->ViewerRunning(); }
+    // The record serialised and sent one-way: 0 or -5 (Connection::OneWay).
+    int OneWay(CKPRCI__Base& record);
+    // The request serialised and sent (twice where SentTwice says so), its reply
+    // loaded: 0, -5 or -7 (Connection::Query).
+    int Query(CKPRCI__Base& request, CKPRCI__BaseRV& reply);
+    // The record sent, then its acknowledgement on the return slot: 0, -5 or -7.
+    int Acknowledged(CKPRCI__Base& record);
 
-enum class Copies { Once, Twice };
-// Query: serialise, open the command slot (-5), [Twice: send], create the reply slot
-// (-5), send, receive one reply into reply (-7), 0. Liveness is the caller's test.
-int SendQuery(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply, Copies copies = Copies::Once);
-
-// Time limit of every reply wait in milliseconds; 0 waits for ever.
-void SetReplyTimeout(int milliseconds);
-int ReplyTimeout();
-// With a time limit set: waits until a message is in slot, and false when the limit
-// passes or process pid ends first. Without one: true at once (the read then waits).
-// Also applies the limit to the slot's reads.
-bool AwaitAnswer(CMailslot& slot, int pid);
+private:
+    std::unique_ptr<Connection> m_connection;
+};
 
 // Runs body, turning anything it throws into failure: nothing crosses the boundary.
 template <class Body>
-int Guarded(Body&& body, int failure = kNoReply) noexcept {
+int Guarded(Body&& body, int failure = KPCB_NO_REPLY) noexcept {
     try {
         return body();
     } catch (...) {
         return failure;
     }
 }
+
+// The liveness test (-4 when the viewer does not run), then body(call): for commands
+// that look at their arguments after it. Guarded.
+template <class Body>
+int WithViewer(int pid, Body&& body) noexcept {
+    return Guarded([&]() -> int {
+        ViewerCall call(pid);
+        if (!call.ViewerRunning()) return KPCB_NOT_RUNNING;
+        return body(call);
+    });
+}
+
+// The liveness test, then the record sent one-way. Guarded.
+int OneWay(int pid, CKPRCI__Base& record) noexcept;
+// The liveness test, then the query. Guarded.
+int Query(int pid, CKPRCI__Base& request, CKPRCI__BaseRV& reply) noexcept;
 
 }  // namespace kapi

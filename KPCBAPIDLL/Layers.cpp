@@ -12,36 +12,32 @@ CStringArray Names(const char* text, const char* separators) {
     return kapi::SplitNames(CString(text), CString(separators));
 }
 
+// The liveness test, then the layer record sent one-way.
 int SendLayers(int pid, int controlType, const CStringArray& names, const int* visible) {
-    CKPRCI_VisibleLayer record;
-    record.SetLayerControlType(controlType);
-    record.SetLayerNames(names);
-    if (visible) record.SetVisible(*visible);
-    return kapi::SendOneWay(pid, record);
+    return kapi::Guarded([&]() -> int {
+        CKPRCI_VisibleLayer record;
+        record.SetLayerControlType(controlType);
+        record.SetLayerNames(names);
+        if (visible) record.SetVisible(*visible);
+        return kapi::OneWay(pid, record);
+    });
 }
 
 int EcadLayers(int pid, const char* names, const char* separators, int controlType, const int* visible) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
-        return SendLayers(pid, controlType, Names(names, separators), visible);
-    });
+    return kapi::Guarded([&] { return SendLayers(pid, controlType, Names(names, separators), visible); });
 }
 
 int LayerSnapshot(int pid, int code) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_SimpleCMD record(code);
-        return kapi::SendOneWay(pid, record);
+        return kapi::OneWay(pid, record);
     });
 }
 
 }  // namespace
 
 int KPCB_Visible_Layers(int pid, CStringArray& names, int visible, int only) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
-        return SendLayers(pid, only ? ShowOnly : SetVisible, names, &visible);
-    });
+    return SendLayers(pid, only ? ShowOnly : SetVisible, names, &visible);
 }
 
 int KPCB_Backup_Current_Layers(int pid) { return LayerSnapshot(pid, CKPRCI_SimpleCMD::BackupLayers); }
@@ -51,7 +47,6 @@ extern "C" {
 
 int KPCB_Visible_Layers(int pid, const char* names, const char* separators, int visible) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CStringArray list = Names(names, separators);
         return KPCB_Visible_Layers(pid, list, visible, 0);
     });

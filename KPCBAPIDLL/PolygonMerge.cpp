@@ -19,14 +19,13 @@ enum Mode {
 // (whatever its error code) and gives the function's value.
 template <class Read>
 int Ask(int pid, int mode, int cw, int ccw, int point, Read&& read) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         CKPRCI_PolygonMerge request(mode);
         if (mode >= CCWCount && mode <= CCWPoints) request.SetCWIndex(cw);
         if (mode == CCWPointCount || mode == CCWPoint || mode == CCWPoints) request.SetCCWIndex(ccw);
         if (mode == CWPoint || mode == CCWPoint) request.SetPointIndex(point);
         CKPRCI_PolygonMerge_RV reply;
-        const int status = kapi::SendQuery(pid, request, reply);
+        const int status = call.Query(request, reply);
         return status != KPCB_OK ? status : read(reply);
     });
 }
@@ -63,7 +62,8 @@ int KPCB_PolygonMergeRun(int pid, const wchar_t** layerNames, int count, const w
         platform::DebugOutput("---------- saLayerNameList Convert End -----------------");
         if (layers.IsEmpty()) return KPCB_ERR_202;
         if (!netName) return KPCB_ERR_201;
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+        kapi::ViewerCall call(pid);
+        if (!call.ViewerRunning()) return KPCB_NOT_RUNNING;
 
         const CString net = kapi::WideToCString(netName);
         CKPRCI_PolygonMerge request(Run);
@@ -74,7 +74,7 @@ int KPCB_PolygonMergeRun(int pid, const wchar_t** layerNames, int count, const w
         request.SetRun(layers, net, division);
 
         CKPRCI_PolygonMerge_RV reply;
-        const int status = kapi::SendQuery(pid, request, reply);
+        const int status = call.Query(request, reply);
         if (status != KPCB_OK) return status;
         const int code = reply.GetErrorCode();
         return code == KPCB_ERR_202 || code == KPCB_ERR_201 ? code : KPCB_OK;
@@ -85,9 +85,8 @@ int KPCB_PolygonMergeDestroy(int pid) {
     return kapi::Guarded([&]() -> int {
         platform::DebugOutput("Call KPCB_PolygonMergeDestroy");
         GetUniversalLogger().LogLine("Call KPCB_PolygonMergeDestroy");
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_PolygonMerge request(Destroy);
-        return kapi::SendOneWay(pid, request);
+        return kapi::OneWay(pid, request);
     });
 }
 

@@ -4,32 +4,20 @@
 #include "KapiFrame.h"
 #include "RedMarkRecords.h"
 
-namespace {
-
-template <class Body>
-int IfRunning(int pid, Body&& body) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
-        return body();
-    });
-}
-
-}  // namespace
-
 extern "C" {
 
 int KPCB_RedMarkSave(int pid, const wchar_t* path, int ascii) {
-    return IfRunning(pid, [&] {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) {
         CKPRCI_RedMark_SaveLoad record;
         record.SetReadState(0);
         record.SetAsciiData(ascii);
         record.SetRedMarkFilePath(kapi::WideToCString(path));
-        return kapi::SendOneWay(pid, record);
+        return call.OneWay(record);
     });
 }
 
 int KPCB_RedMarkLoad(int pid, const wchar_t* path, wchar_t** titles, const wchar_t* delimiter, int ascii) {
-    return IfRunning(pid, [&]() -> int {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         const CString file = kapi::WideToCString(path);
         if (!GCUtility::GetInstance().DoesFileOrDirExist(file, "KPCBAPIDLL/KAPI", __LINE__)) return KPCB_ERR_200;
         const CString separator = kapi::WideToCString(delimiter);
@@ -39,7 +27,7 @@ int KPCB_RedMarkLoad(int pid, const wchar_t* path, wchar_t** titles, const wchar
         record.SetRedMarkFilePath(file);
         record.SetTitleName_Delimiter(separator);
         CKPRCI_RedMark_Load_RV reply;
-        const int status = kapi::SendQuery(pid, record, reply);
+        const int status = call.Query(record, reply);
         if (status != KPCB_OK) return status;
         kapi::DeliverString(reply.GetTitleNames(separator), titles);
         return KPCB_OK;
@@ -47,11 +35,11 @@ int KPCB_RedMarkLoad(int pid, const wchar_t* path, wchar_t** titles, const wchar
 }
 
 int KPCB_CallSelectedItemFromRedMark(int pid, const wchar_t* title, wchar_t** contents) {
-    return IfRunning(pid, [&]() -> int {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         CKPRCI_RedMark_SelectedItem record;
         record.SetTitle(kapi::WideToCString(title));
         CKPRCI_RedMark_SelectedItem_RV reply;
-        const int status = kapi::SendQuery(pid, record, reply);
+        const int status = call.Query(record, reply);
         if (status != KPCB_OK) return status;
         if (reply.GetErrorCode() == KPCB_ERR_200) return KPCB_ERR_200;
         kapi::DeliverString(reply.GetContents(), contents);
@@ -60,30 +48,30 @@ int KPCB_CallSelectedItemFromRedMark(int pid, const wchar_t* title, wchar_t** co
 }
 
 int KPCB_RemoveItemFromRedMarkList(int pid, const wchar_t* title) {
-    return IfRunning(pid, [&]() -> int {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         CKPRCI_RedMark_RemoveItem record;
         record.SetTitle(kapi::WideToCString(title));
         CKPRCI__BaseRV reply;
-        const int status = kapi::SendQuery(pid, record, reply);
+        const int status = call.Query(record, reply);
         if (status != KPCB_OK) return status;
         return reply.GetErrorCode() == KPCB_ERR_200 ? KPCB_ERR_200 : KPCB_OK;
     });
 }
 
 int KPCB_SetStatusForCallingRedMark(int pid, int status) {
-    return IfRunning(pid, [&] {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) {
         CKPRCI_RedMark_SetStatusForCalling record;
         record.SetCallStatus(status);
-        return kapi::SendOneWay(pid, record);
+        return call.OneWay(record);
     });
 }
 
 int KPCB_GetStatusForCallingRedMark(int pid, int* status) {
-    return IfRunning(pid, [&]() -> int {
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         CKPRCI_RedMark_SetStatusForCalling record;
         record.SetReturnMode(1);
         CKPRCI_RedMark_SetStatusForCalling_RV reply;
-        const int result = kapi::SendQuery(pid, record, reply, kapi::Copies::Twice);
+        const int result = call.Query(record, reply);
         if (result != KPCB_OK) return result;
         if (status) *status = reply.GetCallStatus();
         return KPCB_OK;

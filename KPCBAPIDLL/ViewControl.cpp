@@ -9,10 +9,9 @@ namespace {
 // Liveness test, then the record built by make, sent one-way.
 template <class Make>
 int OneWay(int pid, Make&& make) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) {
         auto record = make();
-        return kapi::SendOneWay(pid, record);
+        return call.OneWay(record);
     });
 }
 
@@ -20,18 +19,16 @@ int SimpleCommand(int pid, int code) {
     return OneWay(pid, [&] { return CKPRCI_SimpleCMD(code); });
 }
 
-int ZoomAreaCommand(int pid, const double& x1, const double& y1, const double& x2, const double& y2) {
-    return OneWay(pid, [&] {
-        CKPRCI_ZoomArea record;
-        record.SetData(x1, y1, x2, y2);
-        return record;
-    });
+CKPRCI_ZoomArea ZoomAreaRecord(const double& x1, const double& y1, const double& x2, const double& y2) {
+    CKPRCI_ZoomArea record;
+    record.SetData(x1, y1, x2, y2);
+    return record;
 }
 
 }  // namespace
 
 int KPCB_SetZoomArea(int pid, const double& x1, const double& y1, const double& x2, const double& y2) {
-    return ZoomAreaCommand(pid, x1, y1, x2, y2);
+    return OneWay(pid, [&] { return ZoomAreaRecord(x1, y1, x2, y2); });
 }
 
 extern "C" {
@@ -48,20 +45,19 @@ int KPCB_ViewMirror_Clear(int pid) { return SimpleCommand(pid, CKPRCI_SimpleCMD:
 int KPCB_ZoomArea(int pid, const double* x1, const double* y1, const double* x2, const double* y2) {
     // The pointers are read only after the liveness test; null ones are refused
     // with -7 rather than read.
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         if (!x1 || !y1 || !x2 || !y2) return KPCB_NO_REPLY;
-        return ZoomAreaCommand(pid, *x1, *y1, *x2, *y2);
+        CKPRCI_ZoomArea record = ZoomAreaRecord(*x1, *y1, *x2, *y2);
+        return call.OneWay(record);
     });
 }
 
 int KPCB_RotateBoard(int pid, const double* angle) {
-    return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
+    return kapi::WithViewer(pid, [&](kapi::ViewerCall& call) -> int {
         if (!angle) return KPCB_NO_REPLY;
         CKPRCI_RotateBoard record;
         record.SetAngle(*angle);
-        return kapi::SendOneWay(pid, record);
+        return call.OneWay(record);
     });
 }
 
@@ -75,11 +71,10 @@ int KPCB_SetWindowPosition(int pid, int left, int top, int width, int height) {
 
 int KPCB_SetMainTitle(int pid, const char* title) {
     return kapi::Guarded([&]() -> int {
-        if (!KPCB_IsRunning(pid)) return KPCB_NOT_RUNNING;
         CKPRCI_Information_SetMainTitle record;
         record.SetTitle(CString(title));
         CKPRCI__BaseRV reply;
-        const int status = kapi::SendQuery(pid, record, reply);
+        const int status = kapi::Query(pid, record, reply);
         if (status != KPCB_OK) return status;
         return reply.GetErrorCode() == KPCB_ERR_201 ? KPCB_ERR_201 : KPCB_OK;
     });

@@ -25,6 +25,13 @@ SlotHandle CreateSlot(const std::string& name);
 SlotHandle OpenSlot(const std::string& name);
 // Sends count bytes as one message; any size. written receives the count sent.
 bool WriteSlot(SlotHandle slot, const void* data, uint32_t count, uint32_t* written);
+// Sends two messages in this order, in one system call where the system has one
+// (a frame's length and payload). False when either could not be sent; the first
+// may then have gone out alone.
+bool WriteSlotPair(SlotHandle slot, const void* first, uint32_t firstCount, const void* second, uint32_t secondCount);
+// How long a write waits for room in a slot whose reader does not read, before it
+// fails as an undeliverable mailslot write does.
+constexpr int kSlotSendWaitMs = 2000;
 // Waits for the next message and reads it whole into data. Fails, leaving the
 // message queued, when it is larger than capacity. A slot whose wait is limited
 // (SetSlotReadTimeout) fails when nothing arrives in time.

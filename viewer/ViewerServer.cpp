@@ -3,9 +3,8 @@
 #include <cstring>
 
 #include "FrameReader.h"
-#include "HighlightRecords.h"
 #include "RecordFactory.h"
-#include "RedMarkRecords.h"
+#include "SentTwice.h"
 #include "SlotNames.h"
 #include "platform.h"
 
@@ -31,18 +30,6 @@ Image Contents(CMemFile& file) {
     return Image{static_cast<const unsigned char*>(start), size};
 }
 }  // namespace
-
-bool ArrivesTwice(const CKPRCI__Base& record) {
-    switch (record.GetClassID()) {
-    case CKPRCI_Highlight::ClassID:
-    case CKPRCI_Highlight_ZoomHighlightForSection_NetRefPin::ClassID:
-        return true;
-    case CKPRCI_RedMark_SetStatusForCalling::ClassID:
-        return static_cast<const CKPRCI_RedMark_SetStatusForCalling&>(record).IsReturnMode() == 1;
-    default:
-        return false;
-    }
-}
 
 ViewerServer::ViewerServer(ViewerContext& context, Journal& journal)
     : m_context(context), m_journal(journal), m_pid(platform::CurrentProcessId()),
@@ -91,7 +78,7 @@ void ViewerServer::Serve(CMemFile& frame) {
     }
     Answer answer = m_dispatcher.Handle(*record, m_context);
     m_journal.Record(classId, name, image.data, image.size, answer.note);
-    if (ArrivesTwice(*record) && answer.channel == Answer::Channel::ReplySlot) {
+    if (SentTwice(*record) && answer.channel == Answer::Channel::ReplySlot) {
         m_pendingImage.assign(image.data, image.data + image.size);
         m_pendingAnswer = std::move(answer);
         return;

@@ -37,8 +37,4 @@ private:
     Answer m_pendingAnswer;
 };
 
-// Requests that the library always sends twice (before and after its reply slot
-// exists): the viewer acts on the first copy and answers the second.
-bool ArrivesTwice(const CKPRCI__Base& record);
-
 }  // namespace viewer

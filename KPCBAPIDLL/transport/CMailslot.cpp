@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <mutex>
 
 #include "CArchive.h"
 #include "CKPRCI__Base.h"
@@ -35,9 +34,11 @@ int CMailslot::WriteBytes(const void* buffer, unsigned int count) {
     uint32_t total = 0;
     while (total < count) {
         uint32_t written = 0;
-        if (!platform::WriteSlot(handle, bytes + total, count - total, &written)) return 0;
+        if (!platform::WriteSlot(handle, bytes + total, count - total, &written) || written == 0) {
+            GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(count - total));
+            return 0;
+        }
         total += written;
-        if (written == 0) return 0;
     }
     return 1;
 }
@@ -55,31 +56,26 @@ int CMailslot::ReadBytes(void* buffer, unsigned int count, int once) {
     return 1;
 }
 
-namespace {
-// A frame is two messages; frames sent by several threads of one process must not
-// interleave in a slot, or the reader would pair one frame's length with another's
-// payload.
-std::mutex& FrameSendLock() {
-    static std::mutex lock;
-    return lock;
-}
-}  // namespace
-
 int CMailslot::SendFrame(CFile& file) {
-    std::lock_guard<std::mutex> whole(FrameSendLock());
     file.SeekToBegin();
     const uint32_t length = static_cast<uint32_t>(file.GetLength());
-    unsigned char prefix[4];
-    std::memcpy(prefix, &length, 4);
-    if (!WriteBytes(prefix, 4)) return 0;
-    file.SeekToBegin();
     void* start = nullptr;
     if (auto* memory = dynamic_cast<CMemFile*>(&file)) {
         memory->GetBufferPtr(CFile::bufferRead, length, &start, nullptr);
     }
-    if (!WriteBytes(start, length)) return 0;
+    const int result = WriteFrame(*this, start, length);
     file.SeekToBegin();
-    return 1;
+    return result;
+}
+
+int WriteFrame(CMailslot& slot, const void* payload, uint32_t size) {
+    unsigned char prefix[4];
+    std::memcpy(prefix, &size, 4);
+    // An empty frame is its length alone; the empty write is logged as every one is.
+    if (size == 0) return slot.WriteBytes(prefix, 4) && slot.WriteBytes(payload, 0);
+    if (platform::WriteSlotPair(slot.GetHandle(), prefix, 4, payload, size)) return 1;
+    GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(size));
+    return 0;
 }
 
 int CMailslot::ReceiveFrame(CMemFile& file) {
@@ -123,12 +119,22 @@ int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record) {
         file.Read(unused, 4);
         file.SeekToBegin();
         CArchive ar(&file, CArchive::load, 4096);
+        // A reply is read by its fields: bytes after them are ignored, so that a
+        // viewer that adds a field later still answers callers built before it.
         record.Serialize(ar);
-        // A reply is exactly one record: bytes left over mean another class or garbage.
-        if (ar.Remaining() != 0) return 0;
         ar.Close();
     } catch (const std::exception&) {
         return 0;  // a short or malformed image: no valid reply
     }
+    return 1;
+}
+
+int ReceiveLeadingInt(CMailslot& slot, int* value) {
+    uint32_t size = 0;
+    if (!platform::NextSlotMessageSize(slot.GetHandle(), &size)) return 0;
+    std::unique_ptr<unsigned char[]> message(new unsigned char[size < 4 ? 4 : size]);
+    uint32_t read = 0;
+    if (!platform::ReadSlot(slot.GetHandle(), message.get(), size, &read) || read < 4) return 0;
+    std::memcpy(value, message.get(), 4);
     return 1;
 }

@@ -26,7 +26,7 @@ public:
     // Reads up to count bytes; with once set a single read, else reads until count
     // bytes are in. 1 on success.
     int ReadBytes(void* buffer, unsigned int count, int once);
-    // Sends the whole file as one frame; 1 on success.
+    // Sends the whole file as one frame (WriteFrame); 1 on success.
     int SendFrame(CFile& file);
     // Receives one frame into the file, sized as its length message announces; 1 on success.
     int ReceiveFrame(CMemFile& file);
@@ -40,12 +40,22 @@ private:
     platform::SlotHandle handle;
 };
 
+// Writes one frame to an open write side: the 4-byte length, then the payload unless
+// it is empty, both in one go where the system allows. A write that finds no room
+// within the slot's send wait fails and logs "Send Fail data : %d". 1 on success.
+int WriteFrame(CMailslot& slot, const void* payload, uint32_t size);
+
+// Reads the next message whole and takes its first 4 bytes as value (a hello or an
+// acknowledgement; bytes after them are ignored). 0 when none could be read or it is
+// shorter than 4 bytes; value is then untouched.
+int ReceiveLeadingInt(CMailslot& slot, int* value);
+
 // Receives one frame on slot into file and loads record from it. The file is
 // deleted on every path. 0 when no frame came, it is shorter than 4 bytes, or it is
-// not exactly one image of the record: too short, or with bytes left over (the
-// record may then be partly filled).
+// too short for the record's fields (the record may then be partly filled). Bytes
+// after the fields are ignored.
 int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record);
 
-// Loads record from the whole of file (a received payload): 1 when the file holds
-// at least 4 bytes and exactly one image of the record; never throws.
+// Loads record from the start of file (a received payload): 1 when the file holds
+// at least 4 bytes and every field of the record; never throws.
 int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record);

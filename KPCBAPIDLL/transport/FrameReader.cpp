@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 #include <thread>
 #include <vector>
 
@@ -115,13 +114,6 @@ int OpenWhenReady(CMailslot& slot, int openWaitMs) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return 1;
-}
-
-int WriteFrame(CMailslot& slot, const void* payload, uint32_t size) {
-    unsigned char prefix[4];
-    std::memcpy(prefix, &size, 4);
-    if (!slot.WriteBytes(prefix, 4)) return 0;
-    return size ? slot.WriteBytes(payload, size) : 1;
 }
 
 int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs) {

@@ -44,9 +44,6 @@ private:
 // Opens the write side of a slot that may appear a little later: retried for up to
 // openWaitMs. 1 when open.
 int OpenWhenReady(CMailslot& slot, int openWaitMs);
-// Writes one frame (length message, then the payload unless it is empty) to an open
-// write side. 1 on success.
-int WriteFrame(CMailslot& slot, const void* payload, uint32_t size);
 // Writes one frame to the slot of that name, opened with OpenWhenReady. 1 on success.
 int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs);
 // Writes one bare message (no length message) to the slot of that name. 1 on success.

@@ -202,10 +202,23 @@ void StopWatching(ProcessWatch handle) {
     delete watch;
 }
 
+namespace {
+// Without a pidfd (an older kernel, or a tool such as memcheck that runs the program
+// and does not know the call) the process is looked up every few milliseconds.
+bool WaitByLookingUp(int pid, int timeoutMs) {
+    constexpr useconds_t kLookEveryUs = 5000;
+    for (long waitedUs = 0; ProcessExists(pid); waitedUs += kLookEveryUs) {
+        if (timeoutMs >= 0 && waitedUs >= timeoutMs * 1000L) return false;
+        usleep(kLookEveryUs);
+    }
+    return true;
+}
+}  // namespace
+
 bool WaitProcessExit(int pid, int timeoutMs) {
     if (pid <= 0) return true;
     const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
-    if (pidFd < 0) return !ProcessExists(pid);
+    if (pidFd < 0) return WaitByLookingUp(pid, timeoutMs);
     pollfd p{pidFd, POLLIN, 0};
     int r;
     do {

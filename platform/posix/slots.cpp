@@ -2,10 +2,11 @@
 // large for one datagram travel as a sealed memfd inside a small envelope datagram.
 //
 // Reading costs system calls, and on a loaded machine every one counts: a read side
-// remembers the head of its queue from the peek that sized it, so the read that
-// follows consumes it without peeking again (nobody else reads the socket); a wait
-// without a time limit peeks blocking instead of polling first, and a wait with one
-// looks before it polls.
+// takes the next message off the socket whole into a buffer of its own (an envelope's
+// memfd is held instead), where it stays until it is read, so sizing a message and
+// reading it is one receive (nobody else reads the socket); a wait without a time
+// limit receives blocking instead of polling first, and a wait with one looks before
+// it polls.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
@@ -31,17 +32,21 @@ struct Head {
 };
 
 struct Slot {
+    explicit Slot(int socket) : fd(socket) {}
     int fd;
-    int timeoutMs;          // 0: wait for ever
-    uid_t owner;            // read side: whose messages it accepts (its creator's user)
-    bool headKnown;         // read side: head describes the message at the head of the queue
+    int timeoutMs = 0;          // 0: wait for ever
+    uid_t owner = 0;            // read side: whose messages it accepts (its creator's user)
+    bool headKnown = false;     // read side: head describes the message held
     Head head;
-    int receiveTimeoutMs;   // the socket's SO_RCVTIMEO in milliseconds, 0 for none
+    int receiveTimeoutMs = 0;   // the socket's SO_RCVTIMEO in milliseconds, 0 for none
+    unsigned char* held = nullptr;  // read side: the bytes of the held message
+    int heldFd = -1;            // read side: the held envelope's memfd
 };
 
 constexpr char kEnvelopeMagic[8] = {'K', 'P', 'C', 'B', 'M', 'F', 'D', '1'};
 constexpr size_t kEnvelopeSize = 16;             // magic, then the 64-bit message length
 constexpr uint32_t kLargestInlineMessage = 60 * 1024;
+constexpr uint32_t kHeldCapacity = 64 * 1024;   // more than any inline message
 constexpr size_t kMaxPassedFds = 8;
 
 Slot* AsSlot(SlotHandle handle) {
@@ -106,16 +111,11 @@ ssize_t ReceiveMessage(int fd, void* data, size_t capacity, int flags, Control& 
     return n;
 }
 
-// Drops the message at the head of the queue, closing anything it carried.
+// Forgets the held message, closing the memfd it carried.
 void DropHead(Slot* slot) {
     slot->headKnown = false;
-    char scratch[1];
-    Control control;
-    msghdr message;
-    if (ReceiveMessage(slot->fd, scratch, sizeof(scratch), MSG_TRUNC, control, message) >= 0) {
-        bool own;
-        TakeControl(message, slot->owner, own, nullptr, nullptr);
-    }
+    if (slot->heldFd >= 0) close(slot->heldFd);
+    slot->heldFd = -1;
 }
 
 // Waits until the slot is readable. timeoutMs < 0 waits for ever. False on time-out,
@@ -130,48 +130,52 @@ bool WaitReadable(int fd, int timeoutMs, bool interruptible) {
     }
 }
 
-enum class PeekResult { Message, Empty, Error };
+enum class TakeResult { Message, Empty, Error };
 enum class Wait { No, Block, BlockInterruptible };
 
-// Looks at the next message from our own user, dropping any from other users, and
-// remembers it as the slot's head. Wait::No returns Empty at once when nothing is
-// there; the blocking forms wait as long as the socket's receive time-out allows
-// (Empty when it passes), and the interruptible one also ends (Error) on a signal.
-PeekResult PeekHead(Slot* slot, Wait wait) {
-    const int fd = slot->fd;
+// Takes the next message from our own user off the socket into the slot's buffer,
+// dropping any from other users (and any too large to be one of ours), and holds it
+// as the slot's head. Wait::No returns Empty at once when nothing is there; the
+// blocking forms wait as long as the socket's receive time-out allows (Empty when it
+// passes), and the interruptible one also ends (Error) on a signal.
+TakeResult TakeHead(Slot* slot, Wait wait) {
     for (;;) {
-        unsigned char probe[kEnvelopeSize];
         Control control;
         msghdr message;
-        const ssize_t n = ReceiveMessage(fd, probe, sizeof(probe),
-                                         MSG_PEEK | MSG_TRUNC | (wait == Wait::No ? MSG_DONTWAIT : 0), control, message,
+        const ssize_t n = ReceiveMessage(slot->fd, slot->held, kHeldCapacity,
+                                         MSG_TRUNC | (wait == Wait::No ? MSG_DONTWAIT : 0), control, message,
                                          wait == Wait::BlockInterruptible);
         if (n < 0) {
-            if (errno == EAGAIN || errno == EWOULDBLOCK) return PeekResult::Empty;
-            return wait == Wait::No && errno == EINTR ? PeekResult::Empty : PeekResult::Error;
+            if (errno == EAGAIN || errno == EWOULDBLOCK) return TakeResult::Empty;
+            return wait == Wait::No && errno == EINTR ? TakeResult::Empty : TakeResult::Error;
         }
         bool own = false;
         size_t fdCount = 0;
         int sender = 0;
-        TakeControl(message, slot->owner, own, nullptr, &fdCount, &sender);
-        if (!own) {
-            DropHead(slot);
-            continue;
-        }
-        Head& head = slot->head;
-        head = Head{};
+        int memFd = -1;
+        TakeControl(message, slot->owner, own, &memFd, &fdCount, &sender);
+        Head head;
         head.sender = sender;
-        if (fdCount == 1 && static_cast<size_t>(n) == kEnvelopeSize && std::memcmp(probe, kEnvelopeMagic, 8) == 0) {
+        if (own && fdCount == 1 && static_cast<size_t>(n) == kEnvelopeSize &&
+            std::memcmp(slot->held, kEnvelopeMagic, 8) == 0) {
             uint64_t length;
-            std::memcpy(&length, probe + 8, sizeof(length));
-            if (length > 0xFFFFFFFFull) { DropHead(slot); continue; }
-            head.envelope = true;
+            std::memcpy(&length, slot->held + 8, sizeof(length));
+            head.envelope = length <= 0xFFFFFFFFull;
             head.size = static_cast<uint32_t>(length);
+            if (head.envelope) {
+                slot->heldFd = memFd;
+                memFd = -1;
+            }
+            own = head.envelope;
         } else {
             head.size = static_cast<uint32_t>(n);
+            own = own && static_cast<size_t>(n) <= kHeldCapacity;
         }
+        if (memFd >= 0) close(memFd);
+        if (!own) continue;
+        slot->head = head;
         slot->headKnown = true;
-        return PeekResult::Message;
+        return TakeResult::Message;
     }
 }
 
@@ -222,20 +226,6 @@ bool CopyOut(int memFd, void* data, uint32_t size) {
     return done == size;
 }
 
-bool ReadEnvelope(Slot* slot, void* data, uint32_t size) {
-    slot->headKnown = false;
-    unsigned char envelope[kEnvelopeSize];
-    Control control;
-    msghdr message;
-    if (ReceiveMessage(slot->fd, envelope, sizeof(envelope), 0, control, message) < 0) return false;
-    bool own;
-    int memFd = -1;
-    TakeControl(message, slot->owner, own, &memFd, nullptr);
-    if (memFd < 0) return false;
-    const bool ok = CopyOut(memFd, data, size);
-    close(memFd);
-    return ok;
-}
 
 bool SendEnvelope(int fd, const void* data, uint32_t count) {
     const int memFd = memfd_create("kpcb-message", MFD_CLOEXEC | MFD_ALLOW_SEALING);
@@ -290,8 +280,16 @@ SlotHandle CreateSlot(const std::string& name) {
         close(fd);
         return InvalidSlot();
     }
-    Slot* slot = new (std::nothrow) Slot{fd, 0, getuid(), false, Head{}, 0};
-    if (!slot) { close(fd); return InvalidSlot(); }
+    Slot* slot = new (std::nothrow) Slot(fd);
+    unsigned char* held = new (std::nothrow) unsigned char[kHeldCapacity];
+    if (!slot || !held) {
+        delete slot;
+        delete[] held;
+        close(fd);
+        return InvalidSlot();
+    }
+    slot->owner = getuid();
+    slot->held = held;
     return slot;
 }
 
@@ -306,7 +304,11 @@ SlotHandle OpenSlot(const std::string& name) {
         r = connect(fd, reinterpret_cast<sockaddr*>(&address), length);
     } while (r != 0 && errno == EINTR);
     if (r != 0) { close(fd); return InvalidSlot(); }
-    Slot* slot = new (std::nothrow) Slot{fd, 0, 0, false, Head{}, 0};  // a write side reads nothing
+    // A reader that stops reading fills its queue; a write then waits for room only
+    // this long, so that the writer's thread is not held for ever.
+    const timeval sendWait{kSlotSendWaitMs / 1000, (kSlotSendWaitMs % 1000) * 1000};
+    setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &sendWait, sizeof(sendWait));
+    Slot* slot = new (std::nothrow) Slot(fd);  // a write side reads nothing
     if (!slot) { close(fd); return InvalidSlot(); }
     return slot;
 }
@@ -329,35 +331,59 @@ bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* wr
     return ok;
 }
 
+bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
+                   uint32_t secondCount) {
+    Slot* slot = AsSlot(handle);
+    if (!slot || (firstCount && !first) || (secondCount && !second)) return false;
+    if (firstCount > kLargestInlineMessage || secondCount > kLargestInlineMessage) {
+        uint32_t written = 0;
+        return WriteSlot(handle, first, firstCount, &written) && WriteSlot(handle, second, secondCount, &written);
+    }
+    iovec io[2] = {{const_cast<void*>(first), firstCount}, {const_cast<void*>(second), secondCount}};
+    mmsghdr messages[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        messages[i].msg_hdr.msg_iov = &io[i];
+        messages[i].msg_hdr.msg_iovlen = 1;
+    }
+    unsigned done = 0;
+    while (done < 2) {
+        const int sent = sendmmsg(slot->fd, messages + done, 2 - done, MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent <= 0) return false;
+        done += static_cast<unsigned>(sent);
+    }
+    return messages[0].msg_len == firstCount && messages[1].msg_len == secondCount;
+}
+
 namespace {
 // Waits for the next message of our own user and describes it. interruptible: a
 // signal ends the wait (the viewer's close request); timeoutMs < 0 waits for ever.
 //
-// A head remembered from an earlier peek answers at once. Otherwise one blocking peek
-// does the waiting when the socket's receive time-out is already the one wanted (a
+// A message held already answers at once. Otherwise one blocking receive does the
+// waiting when the socket's receive time-out is already the one wanted (a
 // server that waits the same way each time); else a look without waiting comes first,
 // as the message is often there already, and only then the time-out is changed.
 bool WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
     if (!slot->headKnown) {
         const int limit = timeoutMs < 0 ? 0 : timeoutMs;
         const Wait block = interruptible ? Wait::BlockInterruptible : Wait::Block;
-        PeekResult r = PeekResult::Empty;
+        TakeResult r = TakeResult::Empty;
         if (timeoutMs != 0 && slot->receiveTimeoutMs == limit) {
-            r = PeekHead(slot, block);
+            r = TakeHead(slot, block);
         } else {
-            r = PeekHead(slot, Wait::No);
-            if (r == PeekResult::Empty && timeoutMs != 0) {
+            r = TakeHead(slot, Wait::No);
+            if (r == TakeResult::Empty && timeoutMs != 0) {
                 if (SetReceiveTimeout(slot, limit)) {
-                    r = PeekHead(slot, block);
+                    r = TakeHead(slot, block);
                 } else {
                     // Without a receive time-out: wait for readiness, then look.
-                    while (r == PeekResult::Empty && WaitReadable(slot->fd, timeoutMs, interruptible))
-                        r = PeekHead(slot, Wait::No);
+                    while (r == TakeResult::Empty && WaitReadable(slot->fd, timeoutMs, interruptible))
+                        r = TakeHead(slot, Wait::No);
                 }
             }
         }
-        if (r != PeekResult::Message) {
-            if (r == PeekResult::Empty) errno = ETIMEDOUT;
+        if (r != TakeResult::Message) {
+            if (r == TakeResult::Empty) errno = ETIMEDOUT;
             return false;
         }
     }
@@ -388,27 +414,17 @@ bool NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
 bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
     if (read) *read = 0;
     Slot* slot = AsSlot(handle);
-    if (!slot) return false;
-    for (;;) {
-        Head head;
-        if (!WaitHead(slot, ReadTimeout(slot), false, head)) return false;
-        if (head.size > capacity) { errno = EMSGSIZE; return false; }
-        if (head.envelope) {
-            if (!ReadEnvelope(slot, data, head.size)) return false;
-            if (read) *read = head.size;
-            return true;
-        }
-        slot->headKnown = false;
-        Control control;
-        msghdr message;
-        const ssize_t n = ReceiveMessage(slot->fd, data, capacity, 0, control, message);
-        if (n < 0) return false;
-        bool own;
-        TakeControl(message, slot->owner, own, nullptr, nullptr);
-        if (!own) continue;  // a stranger's message slipped in between peek and read
-        if (read) *read = static_cast<uint32_t>(n);
-        return true;
-    }
+    Head head;
+    if (!slot || !WaitHead(slot, ReadTimeout(slot), false, head)) return false;
+    if (head.size > capacity) { errno = EMSGSIZE; return false; }  // it stays held
+    bool ok = true;
+    if (head.envelope)
+        ok = CopyOut(slot->heldFd, data, head.size);
+    else if (head.size)
+        std::memcpy(data, slot->held, head.size);
+    DropHead(slot);
+    if (ok && read) *read = head.size;
+    return ok;
 }
 
 bool KeptWriterNoticesClosedReader() { return true; }
@@ -419,7 +435,9 @@ void SetSlotReadTimeout(SlotHandle handle, int milliseconds) {
 
 void CloseSlot(SlotHandle handle) {
     if (Slot* slot = AsSlot(handle)) {
+        DropHead(slot);
         close(slot->fd);
+        delete[] slot->held;
         delete slot;
     }
 }

@@ -125,6 +125,13 @@ bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* wr
     return true;
 }
 
+bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
+                   uint32_t secondCount) {
+    // A mailslot takes one message per write; a write does not wait for the reader.
+    uint32_t written = 0;
+    return WriteSlot(handle, first, firstCount, &written) && WriteSlot(handle, second, secondCount, &written);
+}
+
 bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
     if (read) *read = 0;
     Slot* slot = AsSlot(handle);

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "FrameReader.h"
-#include "KapiFrame.h"
+#include "SlotNames.h"
 #include "platform.h"
 
 namespace testing_support {
@@ -19,7 +19,7 @@ Bytes LengthMessage(uint32_t length) {
 int FakeViewer::SelfPid() { return platform::CurrentProcessId(); }
 
 FakeViewer::FakeViewer() : m_pid(platform::CurrentProcessId()) {
-    m_slot = platform::CreateSlot(kapi::MakeCommandSlotName(m_pid).str());
+    m_slot = platform::CreateSlot(MakeCommandSlotName(m_pid).str());
     if (m_slot == platform::InvalidSlot()) throw std::runtime_error("fake viewer: command slot busy");
     m_thread = std::thread([this] { Serve(); });
 }
@@ -128,7 +128,7 @@ bool FakeViewer::FrameArrived(Armed& due) {
 
 bool FakeViewer::Deliver(const Armed& armed) {
     const std::string name =
-        armed.channel == Channel::ReplySlot ? kapi::MakeReplySlotName(m_pid).str() : kapi::ReturnSlotName().str();
+        armed.channel == Channel::ReplySlot ? MakeReplySlotName(m_pid).str() : ReturnSlotName().str();
     // The caller may create its slot only after sending (the explorer does): wait for it.
     CMailslot slot(1, CString(name));
     if (!OpenWhenReady(slot, 4000)) return false;
