@@ -64,6 +64,7 @@ public:
     virtual ~CODBSpecialSymbol() = default;
     CString m_Name;       // without the unit mark
     double m_UnitMM = 0;  // millimetres per unit of the sizes in the name
+    int m_Line = 0;       // where the table names it
 };
 
 // A closed contour of a surface; arcs are already broken into points.
