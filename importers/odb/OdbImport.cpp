@@ -108,11 +108,11 @@ std::unique_ptr<CPdb> Import(const std::string& path, const OdbImportOptions& op
         std::vector<bool> present(count, false);
         for (size_t i = 0; i < count; ++i) names[i] = stepDir + "layers/" + ToLower(order[first + i]->m_Name.str()) + "/features";
         auto parse = [&](size_t i) {
-            const std::string text = files.Find(names[i]) ? *files.Find(names[i]) : std::string();
-            present[i] = files.Find(names[i]) != nullptr;
+            const std::string* text = files.Find(names[i]);
+            present[i] = text != nullptr;
             parsed[i].m_Name = order[first + i]->m_Name;
             parsed[i].m_pMatrix = order[first + i];
-            if (present[i]) ParseFeatures(text, files.DisplayName(names[i]), unitsMM, parsed[i], logs[i]);
+            if (present[i]) ParseFeatures(*text, files.DisplayName(names[i]), unitsMM, parsed[i], logs[i]);
         };
         if (count == 1) {
             parse(0);
@@ -125,6 +125,7 @@ std::unique_ptr<CPdb> Import(const std::string& path, const OdbImportOptions& op
             logs[i].Flush();
             log.lines.insert(log.lines.end(), logs[i].lines.begin(), logs[i].lines.end());
             if (present[i]) builder.ConvertLayer(parsed[i], files.DisplayName(names[i]));
+            files.Take(names[i]);  // its text is no longer needed
         }
     }
 
