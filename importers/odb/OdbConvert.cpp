@@ -300,6 +300,7 @@ void BoardBuilder::ConvertLayer(const CODBlayer& layer, const std::string& file)
         if (!shape) continue;
         if (obj.m_Kind == CODBlayObj::Pad) {
             const ToeRef* toe = FeatureToe(edaLayer, static_cast<int>(k));
+            const bool linked = toe != nullptr;
             const uint64_t at = PositionKey(obj.m_P1);
             for (int side : {outerSide == 1 ? 1 : 0, outerSide == 1 ? 0 : 1}) {
                 if (toe) break;
@@ -311,8 +312,8 @@ void BoardBuilder::ConvertLayer(const CODBlayer& layer, const std::string& file)
                 if (toe->cmp < static_cast<int>(m_Pads[side].size()) &&
                     toe->pin < static_cast<int>(m_Pads[side][toe->cmp].size())) {
                     PadFound& pad = m_Pads[side][toe->cmp][toe->pin];
-                    const bool outer = outerSide == side;
-                    if (!pad.shape || (outer && !pad.outer)) pad = PadFound{shape, obj.m_P1, obj.m_Angle, obj.m_Mirror, outer};
+                    const int rank = (linked ? 2 : 0) + (outerSide == side ? 1 : 0);
+                    if (rank > pad.rank) pad = PadFound{shape, obj.m_P1, obj.m_Angle, obj.m_Mirror, rank};
                 }
                 continue;
             }

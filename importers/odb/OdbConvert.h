@@ -49,7 +49,9 @@ private:
         CPointD position;
         double angleCW = 0;
         bool mirror = false;
-        bool outer = false;  // found on the outer copper layer of its component's side
+        // Linked to the toeprint by eda/data (2) rather than found at its position, and on
+        // the outer copper layer of its component's side (1): the best pad found wins.
+        int rank = -1;
     };
     struct Via {
         CPointD position;

@@ -32,6 +32,7 @@ const std::map<std::string, std::string>& JobFiles() {
         // An inch layer (sizes in mils) in a millimetre job.
         {"steps/pcb/layers/top/features",
          "UNITS=INCH\n#\n$0 rect60x40\n$1 donut_r80x40\n$2 r10\n$3 r30\n$4 unknown_sym\n@0 .smd\n&0 value\n"
+         "P 1.0 1.0 3 P 0 0\n"  // an unlinked pad at a pin: the linked one after it is the pin's
          "P 1.0 1.0 0 P 0 0;0;ID=1\n"
          "P 1.1 1.0 1 P 0 0\n"
          "L 1.0 1.0 1.5 1.0 2 P 0;;ID=3\n"
@@ -49,9 +50,9 @@ const std::map<std::string, std::string>& JobFiles() {
         // LYR names lower case; TOP net numbers follow these NET records, not the cadnet list.
         {"steps/pcb/eda/data",
          "HDR test\nUNITS=MM\nLYR top bottom drill\n"
-         "NET $NONE$\nSNT TRC\nFID C 0 5\n"
-         "NET GND\nSNT TOP T 0 0\nFID C 0 0\nFID H 2 0\nSNT TRC\nFID C 0 2\nFID C 0 3\nSNT PLN S 0 0\nFID C 0 7\n"
-         "NET SIG\nSNT TOP T 0 1\nFID C 0 1\nSNT VIA\nFID H 2 1\nFID C 0 4\n"
+         "NET $NONE$\nSNT TRC\nFID C 0 6\n"
+         "NET GND\nSNT TOP T 0 0\nFID C 0 1\nFID H 2 0\nSNT TRC\nFID C 0 3\nFID C 0 4\nSNT PLN S 0 0\nFID C 0 8\n"
+         "NET SIG\nSNT TOP T 0 1\nFID C 0 2\nSNT VIA\nFID H 2 1\nFID C 0 5\n"
          "PKG SOT 2.54 -1 -1 3 1\nRC -1 -1 4 2\nPIN 1 T 0 0 0 E U\nCR 0 0 0.5\nPIN 2 S 2.54 0 0 E S\nSQ 2.54 0 0.5\n"},
         {"steps/pcb/netlists/cadnet/netlist", "H optimize n staggered n\n$0 GND\n$1 SIG\n0 0.1 1 1 T\n"},
     };
@@ -193,7 +194,7 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_EQ(pdb->FindNet("$NONE$"), nullptr);
 
     EXPECT_TRUE(AnyContains(warnings, "layers/top/features:7: unknown symbol 'unknown_sym'"));
-    EXPECT_TRUE(AnyContains(warnings, "layers/top/features:17: barcode"));
+    EXPECT_TRUE(AnyContains(warnings, "layers/top/features:18: barcode"));
     EXPECT_TRUE(AnyContains(warnings, "1 lines and arcs on no net"));
     EXPECT_FALSE(AnyContains(warnings, "malformed"));
     CString problem;
