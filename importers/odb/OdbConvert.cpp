@@ -47,6 +47,36 @@ bool KindOf(const CODBmatrixLayer& layer, LayerKind& kind) {
     else kind = LayerKind::Other;
     return true;
 }
+
+// A package pin's own outline about the pin's centre, in the package's orientation.
+CPadOutline PackagePinOutline(const CODBdataPkgPin& pin) {
+    CPadOutline outline;
+    for (INT_PTR i = 0; i < pin.m_Outline.GetSize(); ++i) {
+        const CODBdataPkgObj& obj = *pin.m_Outline.GetAt(i);
+        const CPointD p = obj.m_Point - pin.m_Center;
+        switch (obj.m_Type) {
+            case CODBdataPkgObj::Circle:
+                outline.push_back(Circle(p, obj.m_A));
+                break;
+            case CODBdataPkgObj::Square:
+                outline.push_back(CArrayPointD{{p.x - obj.m_A, p.y - obj.m_A}, {p.x + obj.m_A, p.y - obj.m_A},
+                                               {p.x + obj.m_A, p.y + obj.m_A}, {p.x - obj.m_A, p.y + obj.m_A}});
+                break;
+            case CODBdataPkgObj::Rect:
+                outline.push_back(CArrayPointD{
+                    {p.x, p.y}, {p.x + obj.m_A, p.y}, {p.x + obj.m_A, p.y + obj.m_B}, {p.x, p.y + obj.m_B}});
+                break;
+            case CODBdataPkgObj::Contour:
+                for (const CODBContour& contour : obj.m_Contours) {
+                    CArrayPointD points = contour.m_Points;
+                    for (INT_PTR k = 0; k < points.GetSize(); ++k) points[k] = points[k] - pin.m_Center;
+                    outline.push_back(points);
+                }
+                break;
+        }
+    }
+    return outline;
+}
 }  // namespace
 
 bool BoardBuilder::IsDrill(const CODBmatrixLayer& layer) { return layer.m_Type == "DRILL"; }
@@ -374,7 +404,18 @@ void BoardBuilder::PlacePins(const COwningArray<CODBcmp>& comps, bool bottom) {
             const PadFound& pad = m_Pads[side][c][t];
             const double drill = m_Drills[side][c][t];
             CPRefPin* pin = nullptr;
-            if (!pad.shape) {
+            const CODBdataPkgPin* pkgPin = pkg ? pkg->m_Pins.GetAt(toe.m_Pin) : nullptr;
+            CPadOutline pkgOutline = !pad.shape && pkgPin ? PackagePinOutline(*pkgPin) : CPadOutline();
+            if (!pad.shape && !pkgOutline.empty()) {
+                // No pad on copper: the package's own outline of the pin, placed as the component.
+                for (CArrayPointD& contour : pkgOutline) {
+                    for (INT_PTR k = 0; k < contour.GetSize(); ++k) {
+                        contour[k] = Place(contour[k], cmp.m_Rotation, cmp.m_Mirror);
+                    }
+                }
+                pin = comp->AddPin(name, toe.m_Position, PadShape::Polygon, 0, 0, 0, drill);
+                pin->SetPadOutline(std::move(pkgOutline));
+            } else if (!pad.shape) {
                 ++withoutPad;
                 pin = comp->AddPin(name, toe.m_Position, PadShape::Round, drill, drill, 0, drill);
             } else if (pad.shape->kind != PadShape::Polygon && pad.position.Distance(toe.m_Position) < 1e-6) {
@@ -398,7 +439,7 @@ void BoardBuilder::PlacePins(const COwningArray<CODBcmp>& comps, bool bottom) {
     }
     if (withoutPad) {
         m_Log.Warn(bottom ? "comp_+_bot" : "comp_+_top", 0,
-                   std::to_string(withoutPad) + " pins without a pad on copper: a round pad of the drill size stands in");
+                   std::to_string(withoutPad) + " pins without a pad on copper or in their package: a round pad of the drill size stands in");
     }
 }
 

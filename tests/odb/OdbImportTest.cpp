@@ -45,7 +45,7 @@ const std::map<std::string, std::string>& JobFiles() {
         {"steps/pcb/layers/drill/features", "UNITS=MM\n$0 r500\nP 25.4 25.4 0 P 0 0\nP 50.8 50.8 0 P 0 0\n"},
         {"steps/pcb/layers/comp_+_top/components",
          "UNITS=MM\n@0 .comp_height\nCMP 0 26.67 25.4 90 N U1 PART-A;;ID=5\nPRP VALUE '10k'\n"
-         "TOP 0 25.4 25.4 90 N 1 0 1\nTOP 1 27.94 25.4 90 N 2 1 2\n"},
+         "TOP 0 25.4 25.4 90 N 1 0 1\nTOP 1 27.94 25.4 90 N 2 1 2\nTOP 2 30.48 25.4 90 N 0 2 3\n"},
         {"steps/pcb/layers/comp_+_bot/components", ""},
         // LYR names lower case; TOP net numbers follow these NET records, not the cadnet list.
         {"steps/pcb/eda/data",
@@ -53,7 +53,8 @@ const std::map<std::string, std::string>& JobFiles() {
          "NET $NONE$\nSNT TRC\nFID C 0 6\n"
          "NET GND\nSNT TOP T 0 0\nFID C 0 1\nFID H 2 0\nSNT TRC\nFID C 0 3\nFID C 0 4\nSNT PLN S 0 0\nFID C 0 8\n"
          "NET SIG\nSNT TOP T 0 1\nFID C 0 2\nSNT VIA\nFID H 2 1\nFID C 0 5\n"
-         "PKG SOT 2.54 -1 -1 3 1\nRC -1 -1 4 2\nPIN 1 T 0 0 0 E U\nCR 0 0 0.5\nPIN 2 S 2.54 0 0 E S\nSQ 2.54 0 0.5\n"},
+         "PKG SOT 2.54 -1 -1 3 1\nRC -1 -1 4 2\nPIN 1 T 0 0 0 E U\nCR 0 0 0.5\nPIN 2 S 2.54 0 0 E S\nSQ 2.54 0 0.5\n"
+         "PIN 3 S 5.08 0 0 E S\nRC 4.58 -0.25 1 0.5\n"},
         {"steps/pcb/netlists/cadnet/netlist", "H optimize n staggered n\n$0 GND\n$1 SIG\n0 0.1 1 1 T\n"},
     };
     return files;
@@ -169,6 +170,14 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_EQ(pin2->GetDrill(), 0);
     ASSERT_TRUE(pin2->GetNet());
     EXPECT_EQ(pin2->GetNet()->GetName(), CString("SIG"));
+
+    // No pad on copper: the package's outline of the pin, turned with the component.
+    CPRefPin* pin3 = u1->FindPin("3");
+    ASSERT_TRUE(pin3);
+    EXPECT_EQ(pin3->GetShape(), PadShape::Polygon);
+    EXPECT_NEAR(pin3->GetSizeX(), 0.5, 1e-9);
+    EXPECT_NEAR(pin3->GetSizeY(), 1.0, 1e-9);
+    EXPECT_EQ(pin3->GetNet(), nullptr);
 
     const CPRouteNet& gnd = pdb->FindNet("GND")->GetRoute();
     ASSERT_EQ(gnd.GetCount(), 2);
