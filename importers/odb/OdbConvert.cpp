@@ -153,6 +153,17 @@ const BoardBuilder::ToeRef* BoardBuilder::FeatureToe(int edaLayer, int feature) 
 }
 
 const SymbolShape* BoardBuilder::Symbol(const CODBlayer& layer, int index, const std::string& file) {
+    // Looked up once per symbol of the layer, not once per feature.
+    if (m_ShapesOf != &layer) {
+        m_ShapesOf = &layer;
+        m_Shapes.assign(static_cast<size_t>(layer.m_Symbols.GetSize()), {false, nullptr});
+    }
+    if (index < 0 || index >= static_cast<int>(m_Shapes.size())) return FindSymbol(layer, index, file);
+    if (!m_Shapes[index].first) m_Shapes[index] = {true, FindSymbol(layer, index, file)};
+    return m_Shapes[index].second;
+}
+
+const SymbolShape* BoardBuilder::FindSymbol(const CODBlayer& layer, int index, const std::string& file) {
     const CODBSpecialSymbol* symbol = layer.m_Symbols.GetAt(index);
     if (!symbol) {
         m_Log.WarnOnce(file, 0, "feature with a symbol number not in the table ($" + std::to_string(index) + "), skipped");
@@ -189,7 +200,7 @@ const SymbolShape* BoardBuilder::UserSymbol(const std::string& name, double unit
         if (obj->m_Kind == CODBlayObj::Surface) {
             for (const CODBContour& contour : obj->m_Contours) shape.outline.push_back(contour.m_Points);
         } else if (obj->m_Kind == CODBlayObj::Pad) {
-            const SymbolShape* pad = Symbol(symbolLayer, obj->m_Symbol, file);
+            const SymbolShape* pad = FindSymbol(symbolLayer, obj->m_Symbol, file);
             if (!pad) continue;
             for (CArrayPointD contour : pad->outline) {
                 for (INT_PTR k = 0; k < contour.GetSize(); ++k) {
@@ -291,6 +302,7 @@ void BoardBuilder::AddPadArea(const SymbolShape& shape, const CODBlayObj& obj, i
 }
 
 void BoardBuilder::ConvertLayer(const CODBlayer& layer, const std::string& file) {
+    m_ShapesOf = nullptr;  // another layer may sit where the last one was
     auto found = m_DbLayer.find(ToUpper(layer.m_Name.str()));
     if (found == m_DbLayer.end() || !layer.m_pMatrix) return;
     const int dbLayer = found->second;

@@ -61,7 +61,9 @@ private:
         double pad = 0;     // the widest pad found over it
     };
 
+    // The shape of a layer's symbol; null (after a warning) for one that cannot be drawn.
     const SymbolShape* Symbol(const CODBlayer& layer, int index, const std::string& file);
+    const SymbolShape* FindSymbol(const CODBlayer& layer, int index, const std::string& file);
     const SymbolShape* UserSymbol(const std::string& name, double unitMM);
     int FeatureNet(int edaLayer, int feature) const;
     const ToeRef* FeatureToe(int edaLayer, int feature) const;
@@ -86,6 +88,8 @@ private:
     std::vector<std::vector<PadFound>> m_Pads[2];      // per side, component, toeprint
     std::vector<std::vector<double>> m_Drills[2];
     std::vector<Via> m_Vias;
+    const CODBlayer* m_ShapesOf = nullptr;             // the layer m_Shapes belongs to
+    std::vector<std::pair<bool, const SymbolShape*>> m_Shapes;  // its symbols, once looked up
     std::unordered_map<uint64_t, size_t> m_ViaAt;      // position -> via
 };
 
