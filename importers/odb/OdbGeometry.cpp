@@ -33,6 +33,10 @@ void AppendArc(CArrayPointD& points, const CPointD& start, const CPointD& end, c
     points.Add(end);
 }
 
+void DropClosingPoint(CArrayPointD& points) {
+    if (points.GetSize() > 1 && points[0] == points[points.GetSize() - 1]) points.RemoveAt(points.GetSize() - 1);
+}
+
 CArrayPointD Circle(const CPointD& center, double radius) {
     CArrayPointD points;
     const CPointD start(center.x + radius, center.y);

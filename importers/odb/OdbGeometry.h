@@ -13,6 +13,10 @@ constexpr double kArcTolerance = 0.002;
 // appended, end is). Equal start and end make a full circle.
 void AppendArc(CArrayPointD& points, const CPointD& start, const CPointD& end, const CPointD& center, bool clockwise);
 
+// Drops the last point of a closed contour when it repeats the first (the closing edge
+// is implied).
+void DropClosingPoint(CArrayPointD& points);
+
 // A circle of that radius about center, counter-clockwise.
 CArrayPointD Circle(const CPointD& center, double radius);
 

@@ -72,10 +72,7 @@ bool ReadOutlineRecord(const std::vector<std::string_view>& f, double scale, COw
         AppendArc(points, points[points.GetSize() - 1], CPointD(v[0], v[1]), CPointD(v[2], v[3]),
                   f[5] == "Y" || f[5] == "y");
     } else if (tag == "OE") {
-        if (!contours.empty()) {
-            CArrayPointD& points = contours.back().m_Points;
-            if (points.GetSize() > 1 && points[0] == points[points.GetSize() - 1]) points.RemoveAt(points.GetSize() - 1);
-        }
+        if (!contours.empty()) DropClosingPoint(contours.back().m_Points);
     } else {
         return false;
     }
@@ -84,24 +81,16 @@ bool ReadOutlineRecord(const std::vector<std::string_view>& f, double scale, COw
 }  // namespace
 
 void ParseEdaData(std::string_view text, const std::string& file, double unitsMM, EdaData& data, Log& log) {
-    LineReader reader(text);
-    std::string_view line;
-    std::vector<std::string_view> f;
-    double scale = unitsMM;
+    RecordReader reader(text, unitsMM);
+    std::vector<std::string_view>& f = reader.fields;
     CODBdataNet* net = nullptr;
     CODBSnt* subnet = nullptr;
     CODBdataPkg* pkg = nullptr;
     CODBdataPkgPin* pin = nullptr;
     CODBdataPkgObj* block = nullptr;
     auto bad = [&](const char* what) { log.Warn(file, reader.LineNumber(), what); };
-    while (reader.Next(line)) {
-        if (line.empty() || line[0] == '#') continue;
-        if (const double units = UnitsLine(line)) {
-            scale = units;
-            continue;
-        }
-        SplitFields(StripAttributes(line), f);
-        if (f.empty()) continue;
+    while (reader.Next()) {
+        const double scale = reader.Scale();
         const std::string_view tag = f[0];
         if (tag == "LYR") {
             for (size_t i = 1; i < f.size(); ++i) data.layers.push_back(ToUpper(f[i]));

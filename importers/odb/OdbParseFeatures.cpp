@@ -30,30 +30,16 @@ bool ReadPoint(const std::vector<std::string_view>& f, size_t at, double scale, 
     return true;
 }
 
-// A contour ends where it began: the closing point is implied.
-void CloseContour(CODBContour& contour) {
-    CArrayPointD& points = contour.m_Points;
-    if (points.GetSize() > 1 && points[0] == points[points.GetSize() - 1]) points.RemoveAt(points.GetSize() - 1);
-}
 }  // namespace
 
 void ParseFeatures(std::string_view text, const std::string& file, double unitsMM, CODBlayer& layer, Log& log) {
-    LineReader reader(text);
-    std::string_view line;
-    std::vector<std::string_view> f;
-    double scale = unitsMM;
+    RecordReader reader(text, unitsMM);
+    std::vector<std::string_view>& f = reader.fields;
     CODBlayObj* surface = nullptr;  // the surface being read
     CODBContour* contour = nullptr;
     auto bad = [&](const char* what) { log.Warn(file, reader.LineNumber(), what); };
-    while (reader.Next(line)) {
-        if (line.empty() || line[0] == '#') continue;
-        if (const double units = UnitsLine(line)) {
-            scale = units;
-            continue;
-        }
-        const std::string_view record = StripAttributes(line);
-        SplitFields(record, f);
-        if (f.empty()) continue;
+    while (reader.Next()) {
+        const double scale = reader.Scale();
         const std::string_view tag = f[0];
         if (surface) {
             if (tag == "OB") {
@@ -85,7 +71,7 @@ void ParseFeatures(std::string_view text, const std::string& file, double unitsM
                 const CPointD start = contour->m_Points[contour->m_Points.GetSize() - 1];
                 AppendArc(contour->m_Points, start, end, center, f[5] == "Y" || f[5] == "y");
             } else if (tag == "OE") {
-                if (contour) CloseContour(*contour);
+                if (contour) DropClosingPoint(contour->m_Points);
                 contour = nullptr;
             } else if (tag == "SE") {
                 surface = nullptr;

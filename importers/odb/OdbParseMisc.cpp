@@ -172,19 +172,12 @@ void ParseStephdr(std::string_view text, const std::string& file, double unitsMM
 
 void ParseComponents(std::string_view text, const std::string& file, double unitsMM, bool bottom,
                      COwningArray<CODBcmp>& components, Log& log) {
-    LineReader reader(text);
-    std::string_view line;
-    std::vector<std::string_view> f;
-    double scale = unitsMM;
+    RecordReader reader(text, unitsMM);
+    std::string_view& line = reader.line;
+    std::vector<std::string_view>& f = reader.fields;
     CODBcmp* current = nullptr;
-    while (reader.Next(line)) {
-        if (line.empty() || line[0] == '#') continue;
-        if (const double units = UnitsLine(line)) {
-            scale = units;
-            continue;
-        }
-        SplitFields(StripAttributes(line), f);
-        if (f.empty()) continue;
+    while (reader.Next()) {
+        const double scale = reader.Scale();
         const std::string_view tag = f[0];
         if (tag == "CMP") {
             auto cmp = std::make_unique<CODBcmp>();
@@ -238,17 +231,12 @@ void ParseComponents(std::string_view text, const std::string& file, double unit
 
 void ParseNetlist(std::string_view text, const std::string& file, double unitsMM, COwningArray<CODBnet>& nets,
                   Log& log) {
-    LineReader reader(text);
-    std::string_view line;
-    std::vector<std::string_view> f;
-    double scale = unitsMM;
-    while (reader.Next(line)) {
-        if (line.empty() || line[0] == '#' || line[0] == 'H') continue;
-        if (const double units = UnitsLine(line)) {
-            scale = units;
-            continue;
-        }
-        SplitFields(StripAttributes(line), f);
+    RecordReader reader(text, unitsMM);
+    std::string_view& line = reader.line;
+    std::vector<std::string_view>& f = reader.fields;
+    while (reader.Next()) {
+        const double scale = reader.Scale();
+        if (f[0] == "H") continue;  // the header: optimisation flags
         int index = 0;
         if (line[0] == '$') {
             if (f.size() < 2 || !ParseInt(f[0].substr(1), index)) {

@@ -41,6 +41,19 @@ bool LineReader::Next(std::string_view& line) {
     return true;
 }
 
+bool RecordReader::Next() {
+    while (m_Lines.Next(line)) {
+        if (line.empty() || line[0] == '#') continue;
+        if (const double units = UnitsLine(line)) {
+            m_Scale = units;
+            continue;
+        }
+        SplitFields(StripAttributes(line), fields);
+        if (!fields.empty()) return true;
+    }
+    return false;
+}
+
 void SplitFields(std::string_view line, std::vector<std::string_view>& fields) {
     fields.clear();
     size_t i = 0;

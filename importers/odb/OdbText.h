@@ -26,6 +26,25 @@ private:
     std::string m_Joined;  // a continued record, pieced together
 };
 
+// The records of a file: blank and comment lines are skipped, UNITS lines change the
+// scale, and each record's fields (its attributes left out) are split out.
+class RecordReader {
+public:
+    RecordReader(std::string_view text, double unitsMM) : m_Lines(text), m_Scale(unitsMM) {}
+    // The next record into line and fields; false at the end.
+    bool Next();
+    int LineNumber() const { return m_Lines.LineNumber(); }
+    // Millimetres per unit of the file's numbers.
+    double Scale() const { return m_Scale; }
+
+    std::string_view line;
+    std::vector<std::string_view> fields;
+
+private:
+    LineReader m_Lines;
+    double m_Scale;
+};
+
 // Splits at blanks; a field that starts with a quote runs to the closing quote (the
 // quotes are kept). Fills fields, reusing its storage.
 void SplitFields(std::string_view line, std::vector<std::string_view>& fields);
