@@ -78,6 +78,17 @@ fs::path WriteJobFolder(const std::string& name) {
     return job;
 }
 
+void WriteEntry(archive* a, const std::string& name, const std::string& data) {
+    archive_entry* entry = archive_entry_new();
+    if (!name.empty()) archive_entry_set_pathname(entry, name.c_str());
+    archive_entry_set_filetype(entry, AE_IFREG);
+    archive_entry_set_perm(entry, 0644);
+    archive_entry_set_size(entry, static_cast<la_int64_t>(data.size()));
+    archive_write_header(a, entry);
+    archive_write_data(a, data.data(), data.size());
+    archive_entry_free(entry);
+}
+
 // The file in Unix compress form, made by libarchive's writer.
 std::string Compress(const std::string& data) {
     archive* a = archive_write_new();
@@ -86,12 +97,7 @@ std::string Compress(const std::string& data) {
     std::string out(data.size() * 2 + 1024, '\0');
     size_t used = 0;
     archive_write_open_memory(a, out.data(), out.size(), &used);
-    archive_entry* entry = archive_entry_new();
-    archive_entry_set_filetype(entry, AE_IFREG);
-    archive_entry_set_size(entry, static_cast<la_int64_t>(data.size()));
-    archive_write_header(a, entry);
-    archive_write_data(a, data.data(), data.size());
-    archive_entry_free(entry);
+    WriteEntry(a, "", data);
     archive_write_close(a);
     archive_write_free(a);
     out.resize(used);
@@ -108,14 +114,7 @@ fs::path WriteJobArchive(const std::string& name) {
     for (const auto& file : JobFiles()) {
         const bool compress = file.first == "matrix/matrix";
         const std::string data = compress ? Compress(file.second) : file.second;
-        archive_entry* entry = archive_entry_new();
-        archive_entry_set_pathname(entry, ("job/" + file.first + (compress ? ".Z" : "")).c_str());
-        archive_entry_set_filetype(entry, AE_IFREG);
-        archive_entry_set_perm(entry, 0644);
-        archive_entry_set_size(entry, static_cast<la_int64_t>(data.size()));
-        archive_write_header(a, entry);
-        archive_write_data(a, data.data(), data.size());
-        archive_entry_free(entry);
+        WriteEntry(a, "job/" + file.first + (compress ? ".Z" : ""), data);
     }
     archive_write_close(a);
     archive_write_free(a);
