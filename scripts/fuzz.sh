@@ -8,12 +8,12 @@ scripts/setup.sh
 seconds=${1:-60}
 build=build/fuzz
 CC=clang CXX=clang++ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKPCB_FUZZ=ON -DKPCB_BUILD_TESTS=OFF >/dev/null
-cmake --build "$build" -j"$(nproc 2>/dev/null || echo 2)" --target reply_fuzzer command_fuzzer board_fuzzer ipc2581_fuzzer write_seeds
+cmake --build "$build" -j"$(nproc 2>/dev/null || echo 2)" --target reply_fuzzer command_fuzzer board_fuzzer ipc2581_fuzzer odb_fuzzer write_seeds
 "$build/bin/write_seeds" "$build/seeds"
 mkdir -p "$build/findings"
-for target in reply command board ipc2581; do
+for target in reply command board ipc2581 odb; do
   corpus="$build/corpus/$target"
-  mkdir -p "$corpus"
+  mkdir -p "$corpus" "$build/seeds/$target"
   echo "== ${target}_fuzzer for ${seconds}s"
   # Seeds: those written by write_seeds, and those kept in fuzz/seeds.
   seeds=()
