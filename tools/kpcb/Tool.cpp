@@ -20,19 +20,7 @@ int ExitStatusOf(int status) {
 std::string MeaningOf(int status, const Meanings& special) {
     const auto own = special.find(status);
     if (own != special.end()) return own->second;
-    switch (status) {
-        case KPCB_OK: return "done";
-        case KPCB_EXIT_NOT_WAITED: return "the viewer was asked to close and not waited for";
-        case KPCB_NOT_RUNNING: return "the viewer is not running";
-        case KPCB_SLOT_UNAVAILABLE:
-            return "no viewer serves this process id (its command slot cannot be opened), "
-                   "or another call is waiting for its answer";
-        case KPCB_NO_REPLY: return "no valid reply came from the viewer (in time, when --timeout is set)";
-        case KPCB_ERR_200:
-        case KPCB_ERR_201:
-        case KPCB_ERR_202: return "the viewer refused the request";
-        default: return status < 0 ? "a failure code of the viewer" : "the viewer answered with this code";
-    }
+    return KPCB_GetStatusText(status);
 }
 
 Command::Command(Tool& tool, CLI::App* parser, bool forViewer) : m_tool(tool), m_parser(parser) {
