@@ -21,10 +21,11 @@ step() { echo "== install: $* ($(($(date +%s) - started)) s)"; }
 step "cmake --install"
 prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
-for header in "$prefix"/include/kpcbapi/*.h*; do
-  c++ -std=c++17 -Wall -Wextra -fsyntax-only -I"$prefix/include/kpcbapi" -x c++ "$header"
+headers="$prefix/include/kpcbapi"
+for header in KPCBAPI.h KPCBAPI.hpp KPCBAPIExtract.h KPCBImporterPlugin.h; do
+  echo "#include <$header>" | c++ -std=c++17 -Wall -Wextra -fsyntax-only -I"$headers" -x c++ -
 done
-cc -std=c99 -Wall -Wextra -fsyntax-only -I"$prefix/include/kpcbapi" -x c "$prefix/include/kpcbapi/KPCBAPI.h"
+echo "#include <KPCBAPI.h>" | cc -std=c99 -Wall -Wextra -fsyntax-only -I"$headers" -x c -
 "$prefix/bin/kpcb" --help >/dev/null
 
 step "find_package(KPCBAPI)"
@@ -42,7 +43,7 @@ step "pkg-config kpcbapi"
 run_with_pkg_config "$prefix/lib/pkgconfig" "$work/consumer-pc"
 
 step ".deb"
-(cd "$build" && cpack -G DEB -B "$work/deb" >/dev/null)
+(cd "$build" && cpack -G DEB -B "$work/deb" >"$work/cpack.log" 2>&1) || { cat "$work/cpack.log"; exit 1; }
 deb=$(ls "$work"/deb/*.deb)
 dpkg-deb -f "$deb" Package Version Depends
 dpkg-deb -x "$deb" "$work/root"
