@@ -13,8 +13,8 @@ const char* KnownStatusText(int status) {
         case KPCB_VIEWER_BOARD_UNREADABLE: return "the viewer could not read the board file";
         case KPCB_NOT_RUNNING: return "the viewer is not running";
         case KPCB_SLOT_UNAVAILABLE:
-            return "a mailslot could not be opened or created (no viewer serves this process id, "
-                   "or another call is waiting for its answer)";
+            return "no viewer serves this process id (its command slot cannot be opened), "
+                   "or another call is waiting for its answer";
         case KPCB_VIEWER_SLOT_TAKEN: return "the viewer's command slot is taken";
         case KPCB_NO_REPLY: return "no valid reply came from the viewer";
         case KPCB_ERR_200: return "the viewer refused the request (-200)";

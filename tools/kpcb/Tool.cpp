@@ -72,6 +72,7 @@ Tool::Tool(Session& session)
         "it can close it with exit, so `kpcb run SCRIPT` launches, drives and closes within one call.\n"
         "Exit status: 0 done; 1 is-running: not running; 2 usage; 3 -4 not running; 4 -5 no slot;\n"
         "5 -7 no reply; 6 -200; 7 -201; 8 -202; 9 another code; 10-12 extraction results 2-4.\n"
+        "A failure is reported with its code and the library's text for it (KPCB_GetStatusText).\n"
         "--timeout (or KPCB_TIMEOUT) limits the waits for a viewer's answers.\n"
         "Every subcommand takes --help.");
     AddLaunchCommands(*this);
