@@ -7,11 +7,12 @@ set(KPCB_FULL_DEF ${CMAKE_BINARY_DIR}/lib/KPCBAPIDLL-all.def)
 set(KPCB_C_DEF ${CMAKE_BINARY_DIR}/lib/msvc/KPCBAPIDLL.def)
 set(KPCB_MSVC_IMPORT ${CMAKE_BINARY_DIR}/lib/msvc/KPCBAPIDLL.lib)
 target_link_options(KPCBAPIDLL PRIVATE -Wl,--output-def,${KPCB_FULL_DEF})
-add_custom_command(TARGET KPCBAPIDLL POST_BUILD
+add_custom_command(OUTPUT ${KPCB_MSVC_IMPORT} ${KPCB_C_DEF}
   COMMAND ${CMAKE_COMMAND} -DIN=${KPCB_FULL_DEF} -DOUT=${KPCB_C_DEF} -P ${CMAKE_CURRENT_LIST_DIR}/c_exports_def.cmake
   COMMAND ${KPCB_DLLTOOL} --input-def ${KPCB_C_DEF} --dllname KPCBAPIDLL.dll --output-lib ${KPCB_MSVC_IMPORT}
-  BYPRODUCTS ${KPCB_C_DEF} ${KPCB_MSVC_IMPORT}
+  DEPENDS KPCBAPIDLL $<TARGET_FILE:KPCBAPIDLL> ${CMAKE_CURRENT_LIST_DIR}/c_exports_def.cmake
   VERBATIM)
+add_custom_target(KPCBAPIDLL_msvc_import ALL DEPENDS ${KPCB_MSVC_IMPORT})
 install(FILES ${KPCB_MSVC_IMPORT} ${KPCB_C_DEF} DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 # The check: a small C caller links against it with clang's MSVC target and lld-link.
