@@ -55,5 +55,5 @@ echo "== windows: tests passed ($(($(date +%s) - started)) s)"
 # The zip for integrators: DLL, viewer, headers, the MinGW and the MSVC import libraries.
 (cd "$build" && cpack -G ZIP -B package >/dev/null)
 zip=$(ls "$build"/package/*.zip)
-/usr/bin/python3 -m zipfile -l "$zip" | grep -E 'KPCBAPIDLL\.(dll|lib|def)|KorbinPCB\.exe|KPCBAPI\.h$|mingw/'
+/usr/bin/python3 -m zipfile -l "$zip" | grep -E 'KPCBAPIDLL\.(dll|lib|def)|KorbinPCB\.exe|KPCBAPI\.h |mingw/'
 echo "== windows: packed $zip ($(($(date +%s) - started)) s)"
