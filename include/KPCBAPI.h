@@ -46,6 +46,8 @@ typedef struct CArrayD CArrayD;
 #define KPCB_ERR_200 (-200)            /* launch: file missing; queries: the viewer's -200 */
 #define KPCB_ERR_201 (-201)            /* launch: no viewer executable; queries: the viewer's -201 */
 #define KPCB_ERR_202 (-202)            /* launch: process not created; merge run: no layers */
+#define KPCB_VIEWER_BOARD_UNREADABLE (-3) /* launch: the viewer could not read the board file */
+#define KPCB_VIEWER_SLOT_TAKEN (-6)    /* launch: the viewer's command slot is taken */
 
 /* ---- Launch, liveness, exit ---------------------------------------------- */
 
@@ -251,6 +253,14 @@ KPCBAPI_EXPORT void KPCB_SetReplyTimeout(int milliseconds);
  * find the name taken (-5); KPCB_Exit, a viewer found ended and switching keeping
  * off let go of what was kept. Process-wide. Returns the previous setting (0 or 1). */
 KPCBAPI_EXPORT int KPCB_KeepConnections(int keep);
+
+/* ---- Status text ---------------------------------------------------------- */
+
+/* What a status code means, in a few words: a static string for every code that the
+ * functions above return (and the viewer's hello codes -3 and -6), "unknown status N"
+ * for any other. Never null; the caller frees nothing. The text of an unknown code
+ * lives in a buffer of the calling thread, valid until that thread's next call. */
+KPCBAPI_EXPORT const char* KPCB_GetStatusText(int status);
 
 /* ---- Freeing results ----------------------------------------------------- */
 

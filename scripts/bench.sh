@@ -16,7 +16,7 @@ soak=${KPCB_BENCH_SOAK_CALLS:-1000000}
 
 command -v taskset >/dev/null || { echo "bench: taskset (util-linux) is needed" >&2; exit 1; }
 for header in /usr/include/benchmark/benchmark.h /usr/include/zmq.h; do
-  [ -f "$header" ] || { echo "bench: $header is missing: run scripts/setup.sh" >&2; exit 1; }
+  [ -f "$header" ] || { echo "bench: $header is missing: run scripts/setup-test.sh" >&2; exit 1; }
 done
 
 # The CPUs: the first two this shell may use, unless given.

@@ -4,7 +4,7 @@
 # Corpora grow under build/fuzz/corpus/<target>; crashes land in build/fuzz/findings.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh
+scripts/setup-test.sh
 seconds=${1:-60}
 build=build/fuzz
 CC=clang CXX=clang++ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKPCB_FUZZ=ON -DKPCB_BUILD_TESTS=OFF >/dev/null

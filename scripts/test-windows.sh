@@ -7,7 +7,7 @@
 # No display is needed: the viewer's main window is a message-only window.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-[ -n "${KPCB_SETUP_DONE:-}" ] || scripts/setup.sh
+[ -n "${KPCB_SETUP_DONE:-}" ] || scripts/setup-test.sh
 
 build=${KPCB_WINDOWS_BUILD:-build/windows}
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -51,3 +51,9 @@ done
 KPCB_STRESS_COMMANDS=${KPCB_STRESS_COMMANDS:-500} KPCB_SOAK_CALLS=${KPCB_SOAK_CALLS:-3000} \
   ctest --test-dir "$build" --output-on-failure -j"$jobs" --timeout 600
 echo "== windows: tests passed ($(($(date +%s) - started)) s)"
+
+# The zip for integrators: DLL, viewer, headers, the MinGW and the MSVC import libraries.
+(cd "$build" && cpack -G ZIP -B package >/dev/null)
+zip=$(ls "$build"/package/*.zip)
+/usr/bin/python3 -m zipfile -l "$zip" | grep -E 'KPCBAPIDLL\.(dll|lib|def)|KorbinPCB\.exe|KPCBAPI\.h |mingw/'
+echo "== windows: packed $zip ($(($(date +%s) - started)) s)"

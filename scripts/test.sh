@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Sets up the machine, builds everything and runs the whole test suite twice:
 # a plain build, then one under AddressSanitizer and UndefinedBehaviorSanitizer;
-# then the Windows x64 build and its suite under Wine (scripts/test-windows.sh).
+# then installs the plain build and uses it from outside the tree, as a package and
+# from Python (scripts/test-install.sh); then the Windows x64 build, its suite under
+# Wine and its zip (scripts/test-windows.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh
+scripts/setup-test.sh
 
 jobs=$(nproc 2>/dev/null || echo 2)
 run_suite() {
@@ -23,5 +25,5 @@ echo "== memcheck (short run)"
 scripts/valgrind.sh build/test
 echo "== fuzz smoke runs (libFuzzer, a minute per target)"
 scripts/fuzz.sh "${KPCB_FUZZ_SECONDS:-60}"
-echo "== Python binding" && bindings/python/run_tests.sh build/test/bin
+echo "== install, packages, Python binding (installed)" && scripts/test-install.sh build/test
 echo "== Windows x64 build under Wine" && KPCB_SETUP_DONE=1 scripts/test-windows.sh

@@ -17,28 +17,13 @@
 
 namespace {
 
-// What a status code says, in a few words.
-const char* Meaning(int status) {
-    switch (status) {
-        case KPCB_OK: return "done";
-        case KPCB_EXIT_NOT_WAITED: return "asked to close, not waited for";
-        case KPCB_NOT_RUNNING: return "the viewer is not running";
-        case KPCB_SLOT_UNAVAILABLE: return "no slot to the viewer";
-        case KPCB_NO_REPLY: return "no valid reply";
-        case KPCB_ERR_200: return "refused (-200)";
-        case KPCB_ERR_201: return "refused (-201)";
-        case KPCB_ERR_202: return "refused (-202)";
-        default: return status < 0 ? "failure code" : "answer code";
-    }
-}
-
 void Line(const std::string& call, const std::string& answer) {
     std::printf("  %-58s %s\n", call.c_str(), answer.c_str());
 }
 
 // A call whose only answer is its status code.
 int Step(const std::string& call, int status) {
-    Line(call, std::to_string(status) + " (" + Meaning(status) + ")");
+    Line(call, std::to_string(status) + " (" + KPCB_GetStatusText(status) + ")");
     return status;
 }
 
@@ -114,18 +99,18 @@ void MergeAndPrint(int pid, const std::string& net, const std::string& layer) {
                          KPCB_PolygonMergeRun(pid, layers, 1, Wide(net).c_str(), 32));
     if (run == KPCB_OK) {
         const int outlines = KPCB_GetCWPolygonCount(pid);
-        Line("KPCB_GetCWPolygonCount", std::to_string(outlines) + (outlines < 0 ? std::string(" (") + Meaning(outlines) + ")" : ""));
+        Line("KPCB_GetCWPolygonCount", std::to_string(outlines) + (outlines < 0 ? std::string(" (") + KPCB_GetStatusText(outlines) + ")" : ""));
         for (int cw = 0; cw < outlines; ++cw) {
             int status = KPCB_OK;
             const auto outline = ReadPoints(pid, cw, -1, &status);
             const int holes = KPCB_GetCCWPolygonCount(pid, cw);
             std::printf("    outline %d (clockwise): %zu points, %d hole(s)\n", cw, outline.size(), holes);
-            if (status != KPCB_OK) std::printf("      read: %d (%s)\n", status, Meaning(status));
+            if (status != KPCB_OK) std::printf("      read: %d (%s)\n", status, KPCB_GetStatusText(status));
             PrintPoints("      ", outline);
             for (int ccw = 0; ccw < holes; ++ccw) {
                 const auto hole = ReadPoints(pid, cw, ccw, &status);
                 std::printf("    hole %d of outline %d (counter-clockwise): %zu points\n", ccw, cw, hole.size());
-                if (status != KPCB_OK) std::printf("      read: %d (%s)\n", status, Meaning(status));
+                if (status != KPCB_OK) std::printf("      read: %d (%s)\n", status, KPCB_GetStatusText(status));
                 PrintPoints("      ", hole);
             }
         }

@@ -9,15 +9,13 @@ namespace kpcb {
 
 namespace {
 
-// Codes of a launch: the library's own, and the reference viewer's hello failures.
+// Codes of a launch, where the call says more than the library's own text.
 const Meanings kLaunchMeanings = {
     {KPCB_SLOT_UNAVAILABLE, "the return slot is busy: another launch is under way"},
     {KPCB_NO_REPLY, "the viewer did not say hello"},
     {KPCB_ERR_200, "the board file does not exist"},
     {KPCB_ERR_201, "no viewer executable was found beside the library"},
     {KPCB_ERR_202, "the viewer process could not be created"},
-    {-3, "the viewer could not read the board file"},
-    {-6, "the viewer's command slot is taken"},
 };
 
 void AddLaunch(Tool& tool, const std::string& name, const std::string& help, int (*launch)(const wchar_t*)) {
@@ -30,7 +28,8 @@ void AddLaunch(Tool& tool, const std::string& name, const std::string& help, int
         if (pid <= 0) {
             Meanings meanings = kLaunchMeanings;
             meanings[KPCB_ERR_200] += ": " + path;
-            meanings[-3] += ": " + path;
+            meanings[KPCB_VIEWER_BOARD_UNREADABLE] =
+                std::string(KPCB_GetStatusText(KPCB_VIEWER_BOARD_UNREADABLE)) + ": " + path;
             return c.Finish(pid, meanings);
         }
         Session& session = c.session();

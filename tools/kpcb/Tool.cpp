@@ -20,19 +20,7 @@ int ExitStatusOf(int status) {
 std::string MeaningOf(int status, const Meanings& special) {
     const auto own = special.find(status);
     if (own != special.end()) return own->second;
-    switch (status) {
-        case KPCB_OK: return "done";
-        case KPCB_EXIT_NOT_WAITED: return "the viewer was asked to close and not waited for";
-        case KPCB_NOT_RUNNING: return "the viewer is not running";
-        case KPCB_SLOT_UNAVAILABLE:
-            return "no viewer serves this process id (its command slot cannot be opened), "
-                   "or another call is waiting for its answer";
-        case KPCB_NO_REPLY: return "no valid reply came from the viewer (in time, when --timeout is set)";
-        case KPCB_ERR_200:
-        case KPCB_ERR_201:
-        case KPCB_ERR_202: return "the viewer refused the request";
-        default: return status < 0 ? "a failure code of the viewer" : "the viewer answered with this code";
-    }
+    return KPCB_GetStatusText(status);
 }
 
 Command::Command(Tool& tool, CLI::App* parser, bool forViewer) : m_tool(tool), m_parser(parser) {
@@ -84,6 +72,7 @@ Tool::Tool(Session& session)
         "it can close it with exit, so `kpcb run SCRIPT` launches, drives and closes within one call.\n"
         "Exit status: 0 done; 1 is-running: not running; 2 usage; 3 -4 not running; 4 -5 no slot;\n"
         "5 -7 no reply; 6 -200; 7 -201; 8 -202; 9 another code; 10-12 extraction results 2-4.\n"
+        "A failure is reported with its code and the library's text for it (KPCB_GetStatusText).\n"
         "--timeout (or KPCB_TIMEOUT) limits the waits for a viewer's answers.\n"
         "Every subcommand takes --help.");
     AddLaunchCommands(*this);

@@ -2,6 +2,7 @@
 exported C function declared for ctypes."""
 
 import ctypes
+import ctypes.util
 import glob
 import mmap
 import os
@@ -118,7 +119,8 @@ PROTOTYPES = {
     # capture and export
     "KPCB_ExportBitmap_CurrentImage": (c_int, [c_int, c_char_p]),
     "KPCB_ExportPDBAscii": (c_int, [c_int, c_char_p]),
-    # freeing results
+    # status text and freeing results
+    "KPCB_GetStatusText": (c_char_p, [c_int]),
     "KPCB_FreeString": (None, [c_void_p]),
     # waiting for answers
     "KPCB_SetReplyTimeout": (None, [c_int]),
@@ -162,7 +164,10 @@ def find_library(environ=None, package_dir=PACKAGE_DIR):
     2. beside the package: in the package folder, then in the folder above it;
     3. in the build tree of the source checkout: build/*/bin/, the most
        recently built first, passing over sanitizer builds (they load only into
-       a process that runs the sanitizer's runtime).
+       a process that runs the sanitizer's runtime);
+    4. where an installation puts it: the lib (Windows: bin) folder of this
+       Python's prefix, of /usr/local and of /usr, then wherever the system's
+       loader finds it by name.
     """
     environ = os.environ if environ is None else environ
     named = environ.get(LIBRARY_ENV)
@@ -188,9 +193,17 @@ def find_library(environ=None, package_dir=PACKAGE_DIR):
             if not _needs_missing_sanitizer(candidate):
                 return candidate
 
+    for prefix in (sys.prefix, "/usr/local", "/usr"):
+        candidate = os.path.join(prefix, "bin" if sys.platform == "win32" else "lib", LIBRARY_NAME)
+        if os.path.isfile(candidate):
+            return candidate
+    found = ctypes.util.find_library("KPCBAPIDLL")
+    if found:
+        return found
+
     raise LibraryNotFoundError(
         "%s not found: set %s to the library (or its folder), put it beside the kpcb package, "
-        "or build it in build/<dir>/bin of the source tree" % (LIBRARY_NAME, LIBRARY_ENV))
+        "install it, or build it in build/<dir>/bin of the source tree" % (LIBRARY_NAME, LIBRARY_ENV))
 
 
 def declare(dll):

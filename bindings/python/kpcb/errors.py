@@ -18,17 +18,13 @@ ERR_202 = -202
 VIEWER_BOARD_UNREADABLE = -3
 VIEWER_SLOT_TAKEN = -6
 
-# What each code means when nothing more specific is known about the call.
-MEANINGS = {
-    EXIT_NOT_WAITED: "the viewer was asked to close and not waited for",
-    NOT_RUNNING: "the viewer process is not running",
-    SLOT_UNAVAILABLE: "a mailslot could not be opened or created "
-                      "(no viewer serves this process id, or another query to it is under way)",
-    NO_REPLY: "no valid reply came from the viewer",
-    ERR_200: "the viewer refused the request (-200)",
-    ERR_201: "the viewer refused the request (-201)",
-    ERR_202: "the viewer refused the request (-202)",
-}
+
+
+def status_text(code):
+    """What the library says a status code means (KPCB_GetStatusText)."""
+    from ._library import library
+    return library().KPCB_GetStatusText(int(code)).decode("utf-8", "replace")
+
 
 # What the codes mean when a launch returns them.
 LAUNCH_MEANINGS = {
@@ -37,8 +33,6 @@ LAUNCH_MEANINGS = {
     ERR_200: "the board file does not exist",
     ERR_201: "no viewer executable was found beside the library",
     ERR_202: "the viewer process could not be created",
-    VIEWER_BOARD_UNREADABLE: "the viewer could not read the board file",
-    VIEWER_SLOT_TAKEN: "the viewer's command slot is taken",
 }
 
 
@@ -51,7 +45,7 @@ class KpcbError(Exception):
 
     def __init__(self, code, meaning=None, function=None):
         self.code = int(code)
-        self.meaning = meaning or MEANINGS.get(self.code, "failure code %d" % self.code)
+        self.meaning = meaning or status_text(self.code)
         self.function = function
         where = function + ": " if function else ""
         code = "" if "(%d)" % self.code in self.meaning else " (%d)" % self.code
@@ -90,7 +84,7 @@ def error_for(code, function=None, meanings=None):
     """The exception for a failure code: the class that the code maps to, with
     the meaning from meanings (a dict of code to text) when it has one."""
     code = int(code)
-    meaning = (meanings or {}).get(code) or MEANINGS.get(code)
+    meaning = (meanings or {}).get(code)
     return _CLASSES.get(code, KpcbError)(code, meaning, function)
 
 

@@ -18,7 +18,8 @@ import unittest
 HERE = os.path.dirname(os.path.abspath(__file__))
 PACKAGE_ROOT = os.path.dirname(HERE)  # bindings/python
 REPO_ROOT = os.path.dirname(os.path.dirname(PACKAGE_ROOT))
-if PACKAGE_ROOT not in sys.path:
+# KPCB_TEST_INSTALLED=1 tests the package that pip installed instead of the sources.
+if os.environ.get("KPCB_TEST_INSTALLED") != "1" and PACKAGE_ROOT not in sys.path:
     sys.path.insert(0, PACKAGE_ROOT)
 
 import kpcb  # noqa: E402

@@ -26,13 +26,14 @@ class MappingTest(unittest.TestCase):
                 error = kpcb.error_for(code)
                 self.assertIs(type(error), kpcb.KpcbError)
                 self.assertEqual(error.code, code)
-                self.assertIn(str(code), error.meaning)
+                if code not in (-3, -6):  # the viewer's hello codes have words of their own
+                    self.assertEqual(error.meaning, "unknown status %d" % code)
 
     def test_a_call_may_say_what_a_code_means_for_it(self):
         error = kpcb.error_for(-200, "KPCB_X", {-200: "no such red mark"})
         self.assertIsInstance(error, kpcb.ViewerRefusedError)
         self.assertEqual(error.meaning, "no such red mark")
-        self.assertEqual(kpcb.error_for(-5, None, {-200: "x"}).meaning, kpcb.errors.MEANINGS[-5])
+        self.assertEqual(kpcb.error_for(-5, None, {-200: "x"}).meaning, kpcb.errors.status_text(-5))
 
 
 class ThroughTheLibraryTest(unittest.TestCase):
