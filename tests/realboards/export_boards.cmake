@@ -1,0 +1,40 @@
+# Exports the real boards that the import tests read, once, into a cache folder of
+# the build: for each board and unit an ODB++ archive (.tgz), the same job unpacked
+# into a folder, and KiCad's own account of the board (board_facts.py). What is
+# already there is kept, so a second run costs nothing.
+#   cmake -DKICAD_CLI=... -DPYTHON=/usr/bin/python3 -DDEMOS=... -DCACHE=... -DBOARDS=a;b -P export_boards.cmake
+if(NOT KICAD_CLI OR NOT EXISTS "${KICAD_CLI}")
+  message(STATUS "kicad-cli is not installed: no boards exported")
+  return()
+endif()
+file(MAKE_DIRECTORY ${CACHE})
+foreach(board ${BOARDS})
+  file(GLOB_RECURSE pcb "${DEMOS}/*/${board}.kicad_pcb")
+  list(GET pcb 0 pcb)
+  if(NOT EXISTS ${CACHE}/${board}.tsv)
+    execute_process(COMMAND ${PYTHON} ${CMAKE_CURRENT_LIST_DIR}/board_facts.py ${pcb} ${CACHE}/${board}.tsv
+      RESULT_VARIABLE status)
+    if(NOT status EQUAL 0)
+      message(FATAL_ERROR "KiCad's Python module could not read ${pcb}")
+    endif()
+  endif()
+  foreach(unit mm in)
+    set(job ${CACHE}/${board}-${unit})
+    if(NOT EXISTS ${job}.tgz)
+      execute_process(COMMAND ${KICAD_CLI} pcb export odb --compression tgz --units ${unit} --precision 6
+        -o ${job}.part.tgz ${pcb} RESULT_VARIABLE status OUTPUT_QUIET)
+      if(NOT status EQUAL 0)
+        message(FATAL_ERROR "kicad-cli could not export ${pcb}")
+      endif()
+      file(RENAME ${job}.part.tgz ${job}.tgz)
+    endif()
+    if(NOT EXISTS ${job}/odb/matrix/matrix)
+      file(REMOVE_RECURSE ${job})
+      file(MAKE_DIRECTORY ${job})
+      execute_process(COMMAND ${CMAKE_COMMAND} -E tar xzf ${job}.tgz WORKING_DIRECTORY ${job} RESULT_VARIABLE status)
+      if(NOT status EQUAL 0)
+        message(FATAL_ERROR "${job}.tgz could not be unpacked")
+      endif()
+    endif()
+  endforeach()
+endforeach()
