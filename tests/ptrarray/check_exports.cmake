@@ -15,7 +15,11 @@ if(NOT DEFINED INDEX_TYPE)
   set(INDEX_TYPE long)
 endif()
 set(missing "")
-foreach(type C2PointD CArrayN CArrayPointD CKPRCI__Base CPDrawObj CPLay CPNet CPRefPin CPRouteDObj CPRouteNet CRectD)
+foreach(type C2PointD CArrayN CArrayPointD CArrayPointN CGProperty CLProperty CMPoint CNSet CODBSnt
+             CODBSpecialSymbol CODBcmp CODBcmpToe CODBcmpToeArray CODBdataNet CODBdataNetObj CODBdataPkg
+             CODBdataPkgObj CODBdataPkgPin CODBlayObj CODBlayer CODBmatrixLayer CODBnet CODBnetPt CODBstepRepeat
+             CODBstephdr CPCDrawObj CPCDrawObjArray CPDrawObj CPLay CPNet CPProperty CPRefPin CPRouteDObj
+             CPRouteNet CKPRCI__Base CRectD)
   foreach(operation "DeleteAll()" "GetAt(${INDEX_TYPE}) const" "MoveElementTo(" "Subtract(" "RemoveDuplicatedElements()"
                     "Add_if_only_do_not_exists(" "~CExPtrArray()")
     string(FIND "${symbols}" "CExPtrArray<${type}*, ${type}*>::${operation}" at)
