@@ -119,7 +119,7 @@ public:
         for (size_t i = 0; i < layerCount; ++i) {
             const CString name = String(), ecad = String();
             const int kind = Int();
-            if (kind < 0 || kind > static_cast<int>(LayerKind::Other)) Fail("layer %zu: unknown kind %d", i, kind);
+            if (kind < 0 || kind > static_cast<int>(LayerKind::Document)) Fail("layer %zu: unknown kind %d", i, kind);
             if (!layers.AddLayer(name, ecad, static_cast<LayerKind>(kind)))
                 Fail("layer %zu: empty or repeated name '%s'", i, name.GetString());
         }
@@ -194,7 +194,7 @@ private:
             const int shape = Int();
             const double sizeX = Double(), sizeY = Double(), angle = Double(), drill = Double();
             const int net = Int();
-            if (shape < 0 || shape > static_cast<int>(PadShape::Oblong))
+            if (shape < 0 || shape > static_cast<int>(PadShape::Polygon))
                 Fail("component '%s' pin %zu: unknown pad shape %d", reference.GetString(), j, shape);
             if (net < -1 || net >= m_pdb.GetNetCount())
                 Fail("component '%s' pin %zu: net index %d outside 0..%d", reference.GetString(), j, net,

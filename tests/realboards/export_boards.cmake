@@ -9,7 +9,7 @@ if(NOT KICAD_CLI OR NOT EXISTS "${KICAD_CLI}")
 endif()
 file(MAKE_DIRECTORY ${CACHE})
 foreach(board ${BOARDS})
-  file(GLOB_RECURSE pcb "${DEMOS}/*/${board}.kicad_pcb")
+  file(GLOB_RECURSE pcb "${DEMOS}/${board}.kicad_pcb")
   list(GET pcb 0 pcb)
   if(NOT EXISTS ${CACHE}/${board}.tsv)
     execute_process(COMMAND ${PYTHON} ${CMAKE_CURRENT_LIST_DIR}/board_facts.py ${pcb} ${CACHE}/${board}.tsv
