@@ -2,12 +2,13 @@
 # the build: for each board and unit an ODB++ archive (.tgz), the same job unpacked
 # into a folder, and KiCad's own account of the board (board_facts.py). What is
 # already there is kept, so a second run costs nothing.
-#   cmake -DKICAD_CLI=... -DPYTHON=/usr/bin/python3 -DDEMOS=... -DCACHE=... -DBOARDS=a;b -P export_boards.cmake
+#   cmake -DKICAD_CLI=... -DPYTHON=/usr/bin/python3 -DDEMOS=... -DCACHE=... -DBOARDS=a,b -P export_boards.cmake
 if(NOT KICAD_CLI OR NOT EXISTS "${KICAD_CLI}")
   message(STATUS "kicad-cli is not installed: no boards exported")
   return()
 endif()
 file(MAKE_DIRECTORY ${CACHE})
+string(REPLACE "," ";" BOARDS "${BOARDS}")
 foreach(board ${BOARDS})
   file(GLOB_RECURSE pcb "${DEMOS}/${board}.kicad_pcb")
   list(GET pcb 0 pcb)

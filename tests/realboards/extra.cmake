@@ -13,7 +13,7 @@ endif()
 add_test(NAME realboards_export
   COMMAND ${CMAKE_COMMAND} -DKICAD_CLI=${KPCB_KICAD_CLI} -DPYTHON=/usr/bin/python3
           -DDEMOS=/usr/share/kicad/demos -DCACHE=${KPCB_REALBOARD_CACHE}
-          "-DBOARDS=pic_programmer\\;video\\;RoyalBlue54L-Feather"
+          -DBOARDS=pic_programmer,video,RoyalBlue54L-Feather
           -P ${CMAKE_CURRENT_LIST_DIR}/export_boards.cmake)
 set_tests_properties(realboards_export PROPERTIES FIXTURES_SETUP kpcb_realboards TIMEOUT 3600)
 list(APPEND test_properties FIXTURES_REQUIRED kpcb_realboards RESOURCE_LOCK kpcb_return_slot)
