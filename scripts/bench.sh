@@ -68,7 +68,7 @@ run board-load "$cpu0" bench_board_load --benchmark_filter='^BM_(ReadFileBytes|L
 if command -v kicad-cli >/dev/null; then
   cmake --build "$build" -j2 --target kpcb >/dev/null
   cmake -DKICAD_CLI="$(command -v kicad-cli)" -DPYTHON=/usr/bin/python3 -DDEMOS=/usr/share/kicad/demos \
-    -DCACHE="$build/realboards" -DBOARDS=vme-wren -P "$root/tests/realboards/export_boards.cmake" >/dev/null
+    -DCACHE="$build/realboards" -DBOARDS=vme-wren -DUNITS=mm -P "$root/tests/realboards/export_boards.cmake" >/dev/null
   python3 "$root/bench/odb_import.py" "$bin" "$build/realboards/vme-wren-mm.tgz" | tee "$out/odb-import.txt"
 else
   echo "bench: kicad-cli is not installed (scripts/setup-kicad.sh): the ODB++ import figures are left out" >&2

@@ -2,13 +2,16 @@
 # the build: for each board and unit an ODB++ archive (.tgz), the same job unpacked
 # into a folder, and KiCad's own account of the board (board_facts.py). What is
 # already there is kept, so a second run costs nothing.
-#   cmake -DKICAD_CLI=... -DPYTHON=/usr/bin/python3 -DDEMOS=... -DCACHE=... -DBOARDS=a,b -P export_boards.cmake
+#   cmake -DKICAD_CLI=... -DPYTHON=/usr/bin/python3 -DDEMOS=... -DCACHE=... -DBOARDS=a,b [-DUNITS=mm] -P export_boards.cmake
 if(NOT KICAD_CLI OR NOT EXISTS "${KICAD_CLI}")
   message(STATUS "kicad-cli is not installed: no boards exported")
   return()
 endif()
 file(MAKE_DIRECTORY ${CACHE})
 string(REPLACE "," ";" BOARDS "${BOARDS}")
+if(NOT UNITS)
+  set(UNITS mm in)
+endif()
 foreach(board ${BOARDS})
   file(GLOB_RECURSE pcb "${DEMOS}/${board}.kicad_pcb")
   list(GET pcb 0 pcb)
@@ -19,7 +22,7 @@ foreach(board ${BOARDS})
       message(FATAL_ERROR "KiCad's Python module could not read ${pcb}")
     endif()
   endif()
-  foreach(unit mm in)
+  foreach(unit ${UNITS})
     set(job ${CACHE}/${board}-${unit})
     if(NOT EXISTS ${job}.tgz)
       execute_process(COMMAND ${KICAD_CLI} pcb export odb --compression tgz --units ${unit} --precision 6
