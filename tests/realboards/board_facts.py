@@ -4,7 +4,8 @@ KiCad's module (/usr/bin/python3). One line per footprint and per net, tab-separ
   F  reference  side (T/B)  x mm  y mm  rotation degrees  pad count
   N  net name   pins, each reference-pad, sorted
 Pads without a number (mechanical holes) and pads on no net are left out of the net
-lines; footprints without a reference are left out altogether."""
+lines; footprints without a reference or without pads (logos, which KiCad's ODB++
+writer leaves out of the component lists) are left out altogether."""
 import os
 import sys
 
@@ -17,11 +18,11 @@ def main(board_path, out_path):
     nets = {}
     for fp in board.GetFootprints():
         ref = fp.GetReference()
-        if not ref:
+        pads = list(fp.Pads())
+        if not ref or not pads:
             continue
         pos = fp.GetPosition()
         side = "B" if fp.GetLayer() == pcbnew.B_Cu else "T"
-        pads = list(fp.Pads())
         lines.append("F\t%s\t%s\t%.6f\t%.6f\t%.6f\t%d" % (ref, side, pcbnew.ToMM(pos.x), pcbnew.ToMM(pos.y),
                                                         fp.GetOrientationDegrees(), len(pads)))
         for pad in pads:
