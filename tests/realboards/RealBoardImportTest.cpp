@@ -119,6 +119,10 @@ struct Variant {
     bool archive;
 };
 
+void PrintTo(const Variant& v, std::ostream* os) {
+    *os << v.board << " in " << v.unit << (v.archive ? ", archive" : ", folder");
+}
+
 std::string VariantName(const ::testing::TestParamInfo<Variant>& info) {
     std::string name = std::string(info.param.board) + "_" + info.param.unit + (info.param.archive ? "_tgz" : "_dir");
     for (char& c : name)
