@@ -57,8 +57,12 @@ def main(bin_dir, job):
         ready = []
         for i in range(3):
             start = time.perf_counter()
-            pid = int(subprocess.run([kpcb, "launch", board], check=True, capture_output=True, text=True,
-                                     env=env).stdout.split()[-1])
+            launched = subprocess.run([kpcb, "launch", board], capture_output=True, text=True, env=env)
+            if launched.returncode != 0:
+                ready.append(None)
+                print("  the viewer did not start: " + launched.stderr.strip())
+                break
+            pid = int(launched.stdout.split()[-1])
             subprocess.run([kpcb, "pin-count-ref", "--pid", str(pid), "NO_SUCH_REF"], env=env,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             ready.append(time.perf_counter() - start)
@@ -69,7 +73,8 @@ def main(bin_dir, job):
         print("  import %.3f s / tar -xzf %.3f s = %.2fx (goal <= 3x)" % (t_import, t_unpack, t_import / t_unpack))
         print("  peak memory %.1f MiB / unpacked %.1f MiB = %.2fx (goal <= 4x)" %
               (min(peaks) / 2**20, unpacked / 2**20, min(peaks) / unpacked))
-        print("  viewer ready on the converted board in %.3f s (goal <= 1 s)" % min(ready))
+        if None not in ready:
+            print("  viewer ready on the converted board in %.3f s (goal <= 1 s)" % min(ready))
     finally:
         shutil.rmtree(work, ignore_errors=True)
 
