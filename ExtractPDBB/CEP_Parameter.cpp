@@ -146,13 +146,24 @@ int CEP_Parameter::CheckParameter() {
     const CString& formatSwitch = GetAt(1);
     if (formatSwitch.GetAt(0) != '/' || formatSwitch.GetLength() < 2) return 0;
 
+    const CodeRow* row = FindCodeRow();
+    return row ? (this->*row->check)(row->minimum, row->designMessage) : 0;
+}
+
+const CEP_Parameter::CodeRow* CEP_Parameter::FindCodeRow() const {
+    if (m_arrParam.GetSize() < 2) return nullptr;
     CString key = GetFormatKey();
     key.MakeUpper();
     for (const CodeRow& row : kCodeTable) {
         if (key.CompareNoCase(row.longCode) == 0 || (row.shortCode && key.CompareNoCase(row.shortCode) == 0))
-            return (this->*row.check)(row.minimum, row.designMessage);
+            return &row;
     }
-    return 0;
+    return nullptr;
+}
+
+CString CEP_Parameter::GetFormatCode() const {
+    const CodeRow* row = FindCodeRow();
+    return row ? CString(row->longCode) : CString();
 }
 
 int CEP_Parameter::CheckXml() {

@@ -25,6 +25,9 @@ public:
     int CheckParameter();
     // Argument 1 without its leading and trailing '/'.
     CString GetFormatKey() const;
+    // The long code of the code-table row that the format key selects (matched as
+    // CheckParameter matches it: "/m" gives "MB"), or an empty string for none.
+    CString GetFormatCode() const;
 
     // The positional count (switches found by the scan are not counted).
     int GetCount() const { return m_nCount; }
@@ -58,6 +61,8 @@ private:
         const char* designMessage;  // the two-path check's message for a missing design
     };
     static const CodeRow kCodeTable[];
+    // The row the format key selects, or null.
+    const CodeRow* FindCodeRow() const;
 
     void Dump();
     // Argument i with the other platform's separator replaced, written back.

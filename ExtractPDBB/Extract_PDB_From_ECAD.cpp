@@ -10,6 +10,8 @@
 #include "GCUtility.h"
 #include "ImporterManagers.h"
 #include "KPCBAPIExtract.h"
+#include "OdbExtraction.h"
+#include "platform.h"
 
 namespace extract_pdb {
 namespace {
@@ -41,6 +43,8 @@ CString Join(const CString& folder, const CString& name) {
 }  // namespace
 
 CString GetOutputPath() { return g_strOutputPath; }
+
+void SetOutputPath(const CString& path) { g_strOutputPath = path; }
 
 CPdb* ExtractFromAllegro(const CEP_Parameter& param) {
     CALGMgr manager;
@@ -207,6 +211,27 @@ namespace {
 
 using Driver = CPdb* (*)(const CEP_Parameter&);
 
+// The driver of each format that has an importer, by the long code of its row in the
+// code table; a checked list whose row is not here reads nothing.
+struct FormatDriver {
+    const char* code;
+    Driver driver;
+};
+const FormatDriver kFormatDrivers[] = {
+    {"A", &extract_pdb::ExtractFromAllegro},      {"ZDF", &extract_pdb::ExtractFromBoardDesigner},
+    {"MB", &extract_pdb::ExtractFromMentor},      {"ZPS", &extract_pdb::ExtractFromZuken},
+    {"ODB", &extract_pdb::ExtractFromOdb},
+};
+
+// The driver for the format the checked list names; null (logged) when it has none.
+CPdb* DriverByFormatKey(const CEP_Parameter& param) {
+    const CString code = param.GetFormatCode();
+    for (const FormatDriver& entry : kFormatDrivers)
+        if (code == entry.code) return entry.driver(param);
+    GetUniversalLogger().LogLine("No importer for the format key : %s", param.GetFormatKey().GetString());
+    return nullptr;
+}
+
 // One extraction at a time: the output path and the log are process-wide.
 std::mutex g_extractionLock;
 
@@ -259,6 +284,16 @@ int Extract(Build&& build, Driver driver) noexcept {
 }
 
 }  // namespace
+
+int ExtractPdbbFromArgumentList(int count, const char* const* arguments) {
+    return Extract(
+        [&](CStringArray& args, GCUtility&) {
+            args.RemoveAll();  // the caller's list brings its own tag
+            for (int i = 0; i < count && arguments; ++i)
+                args.Add(CString(platform::Utf8ToAnsi(arguments[i] ? arguments[i] : "")));
+        },
+        &DriverByFormatKey);
+}
 
 int ExtractPdbbFromAllegro(const CString& saveFolder, const CString& designFilePath, const char& kind,
                            const CString& extra1, const CString& extra2) {

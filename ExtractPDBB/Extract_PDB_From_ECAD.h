@@ -18,5 +18,7 @@ CPdb* ExtractFromZuken(const CEP_Parameter& param);
 
 // The .pdbb file that the last driver chose (set even when its read failed).
 CString GetOutputPath();
+// Sets that file (for drivers outside this source).
+void SetOutputPath(const CString& path);
 
 }  // namespace extract_pdb

@@ -1,6 +1,7 @@
 // The importer of each ECAD format, reached through its plug-in. Every read returns
 // a new board database owned by the caller, or null when the plug-in is missing (one
-// line in the API log) or read nothing.
+// line in the API log) or read nothing. Board Designer, Mentor and CR5000 designs
+// that are ODB++ jobs are read by the ODB++ reader when their plug-in is missing.
 #pragma once
 
 #include "CPALGParamForPDB.h"

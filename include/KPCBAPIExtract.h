@@ -40,3 +40,11 @@ KPCBAPI_EXPORT int ExtractPdbbFromMentor(const CString& outputFilePath, const CS
 // name>.pdbb.
 KPCBAPI_EXPORT int ExtractPdbbFromZuken(const CString& outputFilePath, const CString& designPath, const char& letter,
                                         const CString& zlsFilePath);
+
+// Any format, from the argument list exactly as a command line gives it (UTF-8): the
+// caller tag first, the format switch second, then the format's own arguments; for
+// ODB++: From_KAPI /ODB <job folder or archive> <save folder> <name> [/S:<step>]
+// [/U:mm|inch|mil] [/LAY_FILTER:<layer>,...] [/THREAD:<n>] [/SKIP_MISC]
+// [/DRILL_TO_VIA:yes|no], written to <save folder>/<name>.pdbb (docs/extraction.md
+// lists the switches). A format key without an importer gives 3 and one log line.
+extern "C" KPCBAPI_EXPORT int ExtractPdbbFromArgumentList(int count, const char* const* arguments);

@@ -113,6 +113,8 @@ std::string GetEnv(const char* name);
 std::wstring AnsiToWide(const std::string& text);
 std::string WideToAnsi(const std::wstring& text);
 std::string Utf16ToAnsi(const char16_t* text, size_t count);
+// UTF-8 text in the narrow code page (unchanged where that page is UTF-8).
+std::string Utf8ToAnsi(const std::string& text);
 
 // Allocation of strings handed to callers; FreeSysString releases them.
 wchar_t* AllocSysString(const wchar_t* text);

@@ -64,6 +64,17 @@ run merge-in-process "$cpu0" bench_copper_merge --benchmark_repetitions=3 --benc
 run board-load "$cpu0" bench_board_load --benchmark_filter='^BM_(ReadFileBytes|LoadPdbb)/10000/' \
   --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 
+# A real ODB++ job (KiCad's vme-wren demo, exported once into the build folder):
+# import against tar -xzf, peak memory against the unpacked size, viewer ready time.
+if command -v kicad-cli >/dev/null; then
+  cmake --build "$build" -j2 --target kpcb >/dev/null
+  cmake -DKICAD_CLI="$(command -v kicad-cli)" -DPYTHON=/usr/bin/python3 -DDEMOS=/usr/share/kicad/demos \
+    -DCACHE="$build/realboards" -DBOARDS=vme-wren -DUNITS=mm -P "$root/tests/realboards/export_boards.cmake" >/dev/null
+  python3 "$root/bench/odb_import.py" "$bin" "$build/realboards/vme-wren-mm.tgz" | tee "$out/odb-import.txt"
+else
+  echo "bench: kicad-cli is not installed (scripts/setup-kicad.sh): the ODB++ import figures are left out" >&2
+fi
+
 echo
 python3 "$root/bench/report.py" "$out" | tee "$out/table.md"
 echo

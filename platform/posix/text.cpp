@@ -63,6 +63,8 @@ std::string WideToAnsi(const std::wstring& text) {
     return out;
 }
 
+std::string Utf8ToAnsi(const std::string& text) { return text; }
+
 std::string Utf16ToAnsi(const char16_t* text, size_t count) {
     std::string out;
     out.reserve(count);

@@ -37,6 +37,16 @@ std::string WideToAnsi(const std::wstring& text) {
     return Utf16ToAnsi(reinterpret_cast<const char16_t*>(text.data()), text.size());
 }
 
+std::string Utf8ToAnsi(const std::string& text) {
+    if (text.empty()) return std::string();
+    const int length = static_cast<int>(text.size());
+    const int needed = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
+    if (needed <= 0) return std::string();
+    std::wstring wide(static_cast<size_t>(needed), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), length, &wide[0], needed);
+    return WideToAnsi(wide);
+}
+
 wchar_t* AllocSysString(const wchar_t* text) { return SysAllocString(text ? text : L""); }
 
 void FreeSysString(wchar_t* text) {

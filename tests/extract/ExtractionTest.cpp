@@ -367,3 +367,35 @@ TEST_F(Extraction, CFormsPassWideTextAndNullAsEmpty) {
     EXPECT_EQ(KPCB_ExtractPdbbFromMentor(nullptr, nullptr, 1, nullptr), 2);
     EXPECT_TRUE(Received().empty()) << "no importer runs for refused arguments";
 }
+
+// The argument-list entry hands a checked list to the driver of its format key, or
+// ends with 3 and one line naming a key that has no importer.
+TEST_F(Extraction, ArgumentListGoesToTheImporterOfItsKey) {
+    const std::string folder = MakeFolder("design");
+    const std::string file = MakeFile("design.txt");
+    const struct {
+        std::vector<std::string> args;
+        int result;
+        const char* entry;    // the plug-in entry called, "" for none
+        const char* message;  // a line the log must hold, "" for none
+    } cases[] = {
+        {{"From_KAPI", "/m", folder, out, "mentor"}, 0, "ReadMentor", ""},
+        {{"From_KAPI", "//ZPS//", file, out, "/W"}, 0, "GetPDB", ""},
+        {{"From_KAPI", "/IPC", file, out}, 3, "", "No importer for the format key : IPC"},
+        {{"From_KAPI", "/ODB", dir / "missing", out, "board"}, 2, "", ""},
+        {{"From_KAPI", "/ODB", file, out, "board", "/U:inch"}, 3, "", ""},
+        {{"From_KAPI", "/X"}, 2, "", ""},
+    };
+    for (const auto& c : cases) {
+        fs::remove(record);
+        std::vector<const char*> args;
+        for (const std::string& a : c.args) args.push_back(a.c_str());
+        EXPECT_EQ(ExtractPdbbFromArgumentList(static_cast<int>(args.size()), args.data()), c.result) << c.args[1];
+        EXPECT_EQ(Received()["entry"], c.entry) << c.args[1];
+        if (*c.message) {
+            EXPECT_EQ(extract_test::CountLines(Messages(), c.message), 1) << c.args[1];
+        }
+    }
+    EXPECT_FALSE(fs::exists(Join(out, "board.pdbb")));  // nothing half-written by the refused reads
+    EXPECT_TRUE(fs::exists(Join(out, "design.pdbb")));   // the CR5000 driver names its file after the design
+}

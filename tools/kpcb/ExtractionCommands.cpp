@@ -1,6 +1,7 @@
 // Design extraction: ECAD designs into board database files, inside this process
 // through the importer plug-ins; no viewer is involved. Each subcommand calls the C
-// form of its function (wide strings), or with --cpp the C++ one (CString).
+// form of its function (wide strings), or with --cpp the C++ one (CString);
+// extract-odb calls ExtractPdbbFromArgumentList.
 #include "KPCBAPI.h"
 #include "KPCBAPIExtract.h"
 #include "Text.h"
@@ -18,7 +19,7 @@ int FinishExtraction(const Command& c, int result) {
         case 0: return kExitOk;
         case 2: return c.Fail("2: the arguments were refused (the API log " + log + " says why)", kExitRefused);
         case 3:
-            return c.Fail("3: the importer gave no board database, or its plug-in is missing (see " + log + ")",
+            return c.Fail("3: the importer gave no board database, or there is no importer (see " + log + ")",
                           kExitNoBoard);
         case 4: return c.Fail("4: the board database could not be saved", kExitSaveFailed);
         default: return c.Fail(std::to_string(result) + ": an unexpected extraction result", kExitOther);
@@ -147,6 +148,43 @@ void AddExtractionCommands(Tool& tool) {
             }
             return FinishExtraction(c, KPCB_ExtractPdbbFromZuken(Wide(z.output).c_str(), Wide(z.design).c_str(),
                                                                  z.letter, Wide(z.zls).c_str()));
+        });
+    }
+    {
+        Command& c = tool.Add("extract-odb", "Turns an ODB++ job (folder or archive) into <SAVE_FOLDER>/<NAME>.pdbb "
+                                             "(ExtractPdbbFromArgumentList with /ODB).");
+        struct Odb {
+            std::string job, saveFolder, name, step, unit, layers, drillToVia;
+            int threads = 0;
+            bool skipMisc = false;
+            std::vector<std::string> switches;
+        };
+        Odb& o = c.Hold<Odb>();
+        c.parser()->add_option("JOB", o.job, "the ODB++ job: a folder, .tgz, .zip or .tar")->required();
+        c.parser()->add_option("SAVE_FOLDER", o.saveFolder, "where <NAME>.pdbb is written (created if missing)")
+            ->required();
+        c.parser()->add_option("NAME", o.name, "the board database's name, without .pdbb")->required();
+        c.parser()->add_option("SWITCHES", o.switches, "further switches passed as given, such as /S:pcb");
+        c.parser()->add_option("--step", o.step, "the step to read (/S:); default: the job's first step");
+        c.parser()->add_option("--unit", o.unit, "/U: save unit, accepted and checked; the file is in mm")
+            ->check(CLI::IsMember({"mm", "inch", "mil"}));
+        c.parser()->add_option("--layers", o.layers, "only these matrix layers, comma-separated (/LAY_FILTER:)");
+        c.parser()->add_option("--threads", o.threads, "layers read in parallel (/THREAD:)");
+        c.parser()->add_flag("--skip-misc", o.skipMisc, "layers of MISC context are not read (/SKIP_MISC)");
+        c.parser()->add_option("--drill-to-via", o.drillToVia, "yes: a hole at no pin becomes a via (/DRILL_TO_VIA:)")
+            ->check(CLI::IsMember({"yes", "no"}));
+        c.Does([&c, &o] {
+            std::vector<std::string> args{"From_KAPI", "/ODB", o.job, o.saveFolder, o.name};
+            if (!o.step.empty()) args.push_back("/S:" + o.step);
+            if (!o.unit.empty()) args.push_back("/U:" + o.unit);
+            if (!o.layers.empty()) args.push_back("/LAY_FILTER:" + o.layers);
+            if (o.threads > 0) args.push_back("/THREAD:" + std::to_string(o.threads));
+            if (o.skipMisc) args.push_back("/SKIP_MISC");
+            if (!o.drillToVia.empty()) args.push_back("/DRILL_TO_VIA:" + o.drillToVia);
+            args.insert(args.end(), o.switches.begin(), o.switches.end());
+            std::vector<const char*> pointers;
+            for (const std::string& arg : args) pointers.push_back(arg.c_str());
+            return FinishExtraction(c, ExtractPdbbFromArgumentList(static_cast<int>(pointers.size()), pointers.data()));
         });
     }
 }

@@ -131,6 +131,7 @@ PROTOTYPES = {
                                                   c_wchar_p, c_wchar_p]),
     "KPCB_ExtractPdbbFromMentor": (c_int, [c_wchar_p, c_wchar_p, c_int, c_wchar_p]),
     "KPCB_ExtractPdbbFromZuken": (c_int, [c_wchar_p, c_wchar_p, c_char, c_wchar_p]),
+    "ExtractPdbbFromArgumentList": (c_int, [c_int, ctypes.POINTER(c_char_p)]),
 }
 
 

@@ -4,6 +4,9 @@ this process, through the format's importer plug-in. No viewer is involved.
 Each function returns the path of the folder or file it was asked to write to and
 raises ExtractionError when the library reports a failure."""
 
+import ctypes
+import os
+
 from . import _library
 from .errors import KpcbError
 
@@ -13,7 +16,7 @@ SAVE_FAILED = 4
 
 MEANINGS = {
     REFUSED: "the arguments were refused (the API log says why)",
-    NO_BOARD: "the importer returned no board database (or its plug-in is missing)",
+    NO_BOARD: "the importer returned no board database (or there is no importer for the format)",
     SAVE_FAILED: "saving the board database failed",
 }
 
@@ -85,3 +88,39 @@ def extract_zuken(output_file, design, letter, zls_file=""):
                                          _letter(letter, "letter"), _text(zls_file, "zls_file")),
            "KPCB_ExtractPdbbFromZuken")
     return output_file
+
+
+def extract(format_key, *arguments, caller="From_KAPI"):
+    """Any format from its argument list, as on a command line: the format key
+    ("ODB", "M", ...; a leading "/" is added when missing) and the arguments that
+    follow it. For ODB++: extract("ODB", job, save_folder, name, "/S:pcb", ...)
+    writes <save_folder>/<name>.pdbb. Calls ExtractPdbbFromArgumentList."""
+    key = _text(format_key, "format_key")
+    texts = [_text(caller, "caller"), key if key.startswith("/") else "/" + key]
+    texts += [_text(a, "argument") for a in arguments]
+    encoded = (ctypes.c_char_p * len(texts))(*[(t or "").encode("utf-8") for t in texts])
+    _check(_library.library().ExtractPdbbFromArgumentList(len(texts), encoded), "ExtractPdbbFromArgumentList")
+
+
+def extract_odb(job, save_folder, name, step=None, unit=None, layers=None, threads=None, skip_misc=False,
+                drill_to_via=None):
+    """An ODB++ job (folder or archive) into <save_folder>/<name>.pdbb, which is
+    returned. step: the step to read (default the first); unit "mm", "inch" or
+    "mil" is checked but the file is always in millimetres; layers: matrix layer
+    names to read; threads: layers read in parallel; drill_to_via: whether a hole
+    at no pin becomes a via."""
+    switches = []
+    if step:
+        switches.append("/S:" + step)
+    if unit:
+        switches.append("/U:" + unit)
+    if layers:
+        switches.append("/LAY_FILTER:" + ",".join(layers))
+    if threads:
+        switches.append("/THREAD:%d" % int(threads))
+    if skip_misc:
+        switches.append("/SKIP_MISC")
+    if drill_to_via is not None:
+        switches.append("/DRILL_TO_VIA:" + ("yes" if drill_to_via else "no"))
+    extract("ODB", job, save_folder, name, *switches)
+    return os.path.join(save_folder, name + ".pdbb")

@@ -49,6 +49,17 @@ class ExtractionTest(unittest.TestCase):
         self.assertEqual(nothing.exception.code, 3)
         self.assertIn("importer", str(nothing.exception))
 
+    def test_argument_list_reaches_the_importer_of_its_key(self):
+        kpcb.extract("m", self.dir, self.dir, "from-list")
+        self.assertEqual(self.received()["entry"], "ReadMentor")
+        self.assertTrue(os.path.exists(os.path.join(self.dir, "from-list.pdbb")))
+        with self.assertRaises(kpcb.ExtractionError) as no_importer:
+            kpcb.extract("IPC", self.design, self.dir)
+        self.assertEqual(no_importer.exception.code, 3)
+        with self.assertRaises(kpcb.ExtractionError) as not_a_job:
+            kpcb.extract_odb(self.design, self.dir, "board", unit="inch", layers=["top"])
+        self.assertEqual(not_a_job.exception.code, 3)
+
     def test_letters_are_checked_before_the_call(self):
         with self.assertRaises(ValueError):
             kpcb.extract_allegro(self.dir, self.design, "ab")

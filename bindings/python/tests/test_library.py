@@ -12,6 +12,8 @@ from support import kpcb
 from kpcb import _library
 
 HEADER = os.path.join(support.REPO_ROOT, "include", "KPCBAPI.h")
+# Its C functions; the extraction header's others take C++ strings and are not bound.
+EXTRACT_HEADER = os.path.join(support.REPO_ROOT, "include", "KPCBAPIExtract.h")
 
 
 def touch(path, mtime=None):
@@ -96,6 +98,7 @@ C_TYPES = {
     "unsigned char": ctypes.c_ubyte,
     "char": ctypes.c_char,
     "const char*": ctypes.c_char_p,
+    "const char*const*": ctypes.POINTER(ctypes.c_char_p),
     "const wchar_t*": ctypes.c_wchar_p,
     "wchar_t*": ctypes.c_void_p,
     "wchar_t**": ctypes.POINTER(ctypes.c_void_p),
@@ -132,6 +135,9 @@ class PrototypesTest(unittest.TestCase):
     def setUpClass(cls):
         with open(HEADER) as header:
             cls.functions = header_functions(header.read())
+        with open(EXTRACT_HEADER) as header:
+            c_only = "\n".join(line[len('extern "C" '):] for line in header if line.startswith('extern "C" '))
+            cls.functions.update(header_functions(c_only))
 
     def test_header_was_read(self):
         self.assertIn("KPCB_Launch", self.functions)
