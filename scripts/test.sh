@@ -11,7 +11,7 @@ scripts/setup-test.sh
 jobs=$(nproc 2>/dev/null || echo 2)
 run_suite() {
   local dir=$1; shift
-  cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
+  cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKPCB_REALBOARD_CACHE="$PWD/build/realboards" "$@" >/dev/null
   cmake --build "$dir" -j"$jobs"
   ctest --test-dir "$dir" --output-on-failure -j"$jobs" --timeout 600
 }

@@ -2,7 +2,8 @@
 # folder (the realboards_export fixture), read by the tests. Without kicad-cli (and
 # in a cross build, whose tests cannot run KiCad) the fixture exports nothing and
 # the tests skip.
-set(KPCB_REALBOARD_CACHE ${CMAKE_BINARY_DIR}/realboards)
+# The test command points every build folder at one cache, so each board is exported once.
+set(KPCB_REALBOARD_CACHE ${CMAKE_BINARY_DIR}/realboards CACHE PATH "Where the exported real boards are kept")
 set(KPCB_KICAD_CLI "")
 if(NOT CMAKE_CROSSCOMPILING)
   find_program(KPCB_KICAD_CLI_PROGRAM kicad-cli)
