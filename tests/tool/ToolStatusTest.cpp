@@ -39,6 +39,7 @@ TEST_F(ToolStatus, CodesBecomeExitStatusesAndMessages) {
     } cases[] = {
         {{"zoom-in", "--pid", kDeadPid}, 3, "kpcb: zoom-in: -4: the viewer is not running", ""},
         {{"pin-count-ref", "--pid", kDeadPid, "U1"}, 3, "kpcb: pin-count-ref: -4: the viewer is not running", ""},
+        {{"cw-count", "--pid", kDeadPid}, 3, "kpcb: cw-count: -4: the viewer is not running", ""},  // a count or a code
         {{"exit", "--pid", kDeadPid, "--wait"}, 3, "-4: the viewer is not running", ""},
         {{"is-running", "--pid", kDeadPid}, 1, "", "not running\n"},
         {{"zoom-in"}, 2, "--pid", ""},
