@@ -14,13 +14,14 @@ using testing_support::ImageOf;
 namespace {
 constexpr int kDeadPid = 0x7FFFFFF0;
 
-// Loads the highlight record that a payload holds.
-CKPRCI_Highlight HighlightIn(const Bytes& payload) {
+// Loads the record that a payload holds.
+template <class Record = CKPRCI_Highlight>
+Record HighlightIn(const Bytes& payload) {
     CMemFile file(1024);
     file.Write(payload.data(), static_cast<UINT>(payload.size()));
     file.SeekToBegin();
     CArchive ar(&file, CArchive::load, 4096);
-    CKPRCI_Highlight record;
+    Record record;
     record.Serialize(ar);
     return record;
 }
@@ -132,14 +133,7 @@ TEST(Highlight, ReferencePinHighlightPassesTheViewersAnswer) {
     FakeViewer viewer;
     AnswerCode(viewer, 0);
     EXPECT_EQ(KPCB_Highlight_RefPin_Zoom(viewer.pid(), "U7", "1", ",", 0, 0, 0, 0), 0);
-    CMemFile file(1024);
-    const Bytes payload = viewer.Payloads().at(0);
-    CKPRCI_Highlight_RefPin sent;
-    file.Write(payload.data(), static_cast<UINT>(payload.size()));
-    file.SeekToBegin();
-    CArchive ar(&file, CArchive::load);
-    sent.Serialize(ar);
-    EXPECT_EQ(sent.GetZoom(), 1);
+    EXPECT_EQ(HighlightIn<CKPRCI_Highlight_RefPin>(viewer.Payloads().at(0)).GetZoom(), 1);
 }
 
 TEST(Highlight, OverloadAndNetSegmentSkipTheLivenessTest) {

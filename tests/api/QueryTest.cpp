@@ -325,7 +325,7 @@ TEST(PolygonMerge, TraceLinesGoToTheDebuggerOutput) {
     testing::internal::CaptureStderr();
     KPCB_PolygonMergeRun(kDeadPid, layers, 2, L"GND", 1);
     KPCB_PolygonMergeRun(kDeadPid, layers, 0, L"GND", 1);
-    KPCB_PolygonMergeDestroy(kDeadPid);
+    EXPECT_EQ(KPCB_PolygonMergeDestroy(kDeadPid), KPCB_NOT_RUNNING);
     const std::string trace = testing::internal::GetCapturedStderr();
     testing_support::UnsetEnv("KPCB_DEBUG_OUTPUT");
     EXPECT_EQ(trace,
@@ -334,12 +334,6 @@ TEST(PolygonMerge, TraceLinesGoToTheDebuggerOutput) {
               "---------- saLayerNameList Convert Start -----------------\n"
               "---------- saLayerNameList Convert End -----------------\n"
               "Call KPCB_PolygonMergeDestroy\n");
-}
-
-TEST(PolygonMerge, DestroyDoesNotWait) {
-    FakeViewer viewer;
-    EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid()), 0);
-    EXPECT_EQ(KPCB_PolygonMergeDestroy(kDeadPid), KPCB_NOT_RUNNING);
 }
 
 // ---- capture, export, explorer ----

@@ -108,34 +108,24 @@ TEST(ViewControl, ZoomAreaAndItsOverloadSendIdenticalBytesInCallerOrder) {
 }
 
 TEST(ViewControl, SetMainTitleWaitsAndPassesOnlyMinus201) {
-    const Bytes title{27, 0, 0, 0, 7, 'B', 'o', 'a', 'r', 'd', ' ', 'A'};
+    const Bytes title{27, 0, 0, 0, 7, 'B', 'o', 'a', 'r', 'd', ' ', 'A'}, empty{27, 0, 0, 0, 0};
     const struct {
+        const char* title;
         int replyCode;
         int expected;
-    } cases[] = {{0, KPCB_OK}, {-201, KPCB_ERR_201}, {-200, KPCB_OK}, {5, KPCB_OK}};
+        const Bytes& sent;
+    } cases[] = {{"Board A", 0, KPCB_OK, title}, {"Board A", -201, KPCB_ERR_201, title},
+                 {"Board A", -200, KPCB_OK, title}, {"Board A", 5, KPCB_OK, title},
+                 {"", 0, KPCB_OK, empty},           {nullptr, 0, KPCB_OK, empty}};
     for (const auto& c : cases) {
         FakeViewer viewer;
         CKPRCI__BaseRV reply;
         reply.SetErrorCode(c.replyCode);
         viewer.AnswerWith(reply);
-        EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), "Board A"), c.expected) << c.replyCode;
-        EXPECT_EQ(viewer.Messages(), Frame(title));
+        EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), c.title), c.expected) << c.replyCode;
+        EXPECT_EQ(viewer.Messages(), Frame(c.sent));
     }
-}
-
-TEST(ViewControl, SetMainTitleWithEmptyOrNullTitleStillWaits) {
-    FakeViewer viewer;
-    CKPRCI__BaseRV reply;
-    viewer.AnswerWith(reply);
-    viewer.AnswerWith(reply);
-    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), ""), KPCB_OK);
-    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), nullptr), KPCB_OK);
-    const Bytes empty{27, 0, 0, 0, 0};
-    EXPECT_EQ(viewer.Payloads(), (std::vector<Bytes>{empty, empty}));
-}
-
-TEST(ViewControl, SetMainTitleWithMalformedReplyGivesMinusSeven) {
     FakeViewer viewer;
     viewer.AnswerRaw({testing_support::LengthMessage(2), Bytes{1, 2}});
-    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), "t"), KPCB_NO_REPLY);
+    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), "t"), KPCB_NO_REPLY) << "a malformed reply";
 }

@@ -74,34 +74,15 @@ TEST_F(EndToEnd, DoubleSentRequestsLeaveNoStaleAnswers) {
     }
 }
 
-TEST_F(EndToEnd, EveryFamilyIsAnswered) {
+// The other families are checked against the viewer in its own suites; the layer
+// backup and restore only here.
+TEST_F(EndToEnd, LayerBackupAndRestoreAreServed) {
     Viewer viewer(board);
     ASSERT_GT(viewer.pid, 0);
-    EXPECT_EQ(KPCB_Highlight_RefPin(viewer.pid, "U1", "1,2", ",", 255, 0, 0, 1), 0);
-    EXPECT_EQ(KPCB_Highlight_ZoomNetSegment(viewer.pid, CString("GND"), CArrayN{0, 1}, 0xFF), 0);
-    EXPECT_EQ(KPCB_Visible_Layers(viewer.pid, "TOP", ",", 0), 0);
     EXPECT_EQ(KPCB_Backup_Current_Layers(viewer.pid), 0);
+    EXPECT_EQ(KPCB_Visible_Layers(viewer.pid, "TOP", ",", 0), 0);
     EXPECT_EQ(KPCB_Restore_Current_Layers(viewer.pid), 0);
-    EXPECT_EQ(KPCB_Highlight_Clear(viewer.pid), 0);
-
-    double pitch = -1;
-    int top = -1, bottom = -1, other = -1;
-    OwnedString net, pins;
-    EXPECT_EQ(KPCB_GetPinPitch(viewer.pid, L"U1", 0, &pitch), 0);
-    EXPECT_EQ(KPCB_GetReferenceCountForPlace(viewer.pid, L"U1,U2", L",", &top, &bottom, &other, 0), 0);
-    EXPECT_EQ(KPCB_GetPinListInfoOfNet_RefPin(viewer.pid, L"U1", L"1", &net.text, &pins.text, L","), 0);
-
-    const wchar_t* layers[] = {L"TOP"};
-    EXPECT_EQ(KPCB_PolygonMergeCreate(viewer.pid), 0);
-    EXPECT_EQ(KPCB_PolygonMergeRun(viewer.pid, layers, 1, L"GND", 8), 0);
-    EXPECT_GT(KPCB_GetCWPolygonCount(viewer.pid), 0);
-    EXPECT_EQ(KPCB_PolygonMergeDestroy(viewer.pid), 0);
-
-    const std::string list = dir / "objects.txt";
-    std::ofstream(list) << "U1\nU2\n";
-    EXPECT_EQ(KPCB_Explorer(viewer.pid, 1, CString(list)), 0) << "acknowledged on the return slot";
-    EXPECT_EQ(KPCB_ExportBitmap_CurrentImage(viewer.pid, (dir / "view.bmp").c_str()), 0);
-    EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid, (dir / "board.txt").c_str()), 0);
+    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "served"), 0);
 }
 
 TEST_F(EndToEnd, KeptConnectionsFollowTheViewersLife) {

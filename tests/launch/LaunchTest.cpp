@@ -128,21 +128,7 @@ TEST_F(LaunchTest, LaunchDriveAndExitWithoutWaiting) {
     EXPECT_EQ(JournalClassIds(journal).back(), 20);
 }
 
-TEST_F(LaunchTest, ExitWithWaitReturnsOnceTheProcessIsGone) {
-    const int pid = KPCB_Launch(CString(board), 1);
-    ASSERT_GT(pid, 0);
-    EXPECT_EQ(KPCB_Exit(pid, 1), KPCB_OK);
-    EXPECT_EQ(KPCB_IsRunning(pid), 0);
-    EXPECT_EQ(KPCB_Exit(pid, 1), KPCB_NOT_RUNNING);
-    EXPECT_TRUE(NoChildren());
-}
-
-TEST_F(LaunchTest, ExitOfAProcessNotLaunchedHereIsMinusFour) {
-    EXPECT_EQ(KPCB_Exit(platform::CurrentProcessId(), 0), KPCB_NOT_RUNNING);
-    EXPECT_EQ(KPCB_Exit(0x7FFFFFF0, 1), KPCB_NOT_RUNNING);
-}
-
-TEST_F(LaunchTest, TwoViewersRunSideBySide) {
+TEST_F(LaunchTest, TwoViewersSideBySideEachExitWaitsForItsOwn) {
     const int first = KPCB_Launch(CString(board), 1);
     const int second = KPCB_Launch(CString(board), 1);
     ASSERT_GT(first, 0);
@@ -150,9 +136,16 @@ TEST_F(LaunchTest, TwoViewersRunSideBySide) {
     EXPECT_NE(first, second);
     EXPECT_EQ(KPCB_SetMainTitle(first, "one"), 0);
     EXPECT_EQ(KPCB_SetMainTitle(second, "two"), 0);
-    EXPECT_EQ(KPCB_Exit(first, 1), 0);
+    EXPECT_EQ(KPCB_Exit(first, 1), KPCB_OK);
+    EXPECT_EQ(KPCB_IsRunning(first), 0);
+    EXPECT_EQ(KPCB_Exit(first, 1), KPCB_NOT_RUNNING);
     EXPECT_EQ(KPCB_IsRunning(second), 1);
-    EXPECT_EQ(KPCB_Exit(second, 1), 0);
+    EXPECT_EQ(KPCB_Exit(second, 1), KPCB_OK);
+    EXPECT_TRUE(NoChildren());
+    EXPECT_EQ(KPCB_Exit(platform::CurrentProcessId(), 0), KPCB_NOT_RUNNING) << "not launched here";
+    const std::vector<std::string> log = ReadLines(data / "Log/KAPI.log");
+    ASSERT_FALSE(log.empty());
+    EXPECT_NE(log.front().find("\" -LAUNCH-FROM-KAPI-HIDE \"" + board + "\""), std::string::npos) << log.front();
 }
 
 TEST_F(LaunchTest, MissingDesignFileIsMinus200AndStartsNothing) {
@@ -174,15 +167,6 @@ TEST_F(LaunchTest, NegativeHelloIsReturnedAndNothingStored) {
     ASSERT_EQ(journalLines.size(), 2u);
     for (const std::string& line : journalLines) EXPECT_NE(line.find("board not loaded"), std::string::npos) << line;
     EXPECT_TRUE(NoChildren());
-}
-
-TEST_F(LaunchTest, TheLaunchIsLogged) {
-    const int pid = KPCB_Launch(CString(board), 1);
-    ASSERT_GT(pid, 0);
-    KPCB_Exit(pid, 1);
-    const std::vector<std::string> log = ReadLines(data / "Log/KAPI.log");
-    ASSERT_FALSE(log.empty());
-    EXPECT_NE(log.front().find("\" -LAUNCH-FROM-KAPI-HIDE \"" + board + "\""), std::string::npos) << log.front();
 }
 
 TEST_F(LaunchTest, NoViewerBesideTheLibraryIsMinus201) {

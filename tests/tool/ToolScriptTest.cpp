@@ -215,18 +215,6 @@ TEST_F(ToolScript, StopsAtTheFirstFailureAndClosesWhatItLaunched) {
     EXPECT_EQ(KPCB_IsRunning(keptPid), 0);
 }
 
-TEST_F(ToolScript, ReadsTheScriptFromStandardInput) {
-    const auto result = RunKpcb({"run", "-"}, dir.path(),
-                                "launch-hidden board.pdbba\nis-running\nredmark-set-status 7\nredmark-get-status\n"
-                                "exit --wait\n");
-    ASSERT_EQ(result.status, 0) << result.err;
-    const size_t firstLine = result.out.find('\n') + 1;
-    const int pid = PidIn(result.out.substr(0, firstLine));
-    ASSERT_GT(pid, 0) << result.out;
-    EXPECT_EQ(result.out.substr(firstLine), "running\n7\n");
-    EXPECT_EQ(KPCB_IsRunning(pid), 0);
-}
-
 TEST_F(ToolScript, QueryValuesThatCarryTheViewersCodeAreReportedAsThatCode) {
     const int pins = tool_test::PinLinesOf(board, "U1");
     ASSERT_GT(pins, 0);

@@ -26,77 +26,41 @@ protected:
 
 }  // namespace
 
-TEST_F(ToolStatus, DeadViewerIsMinusFourAndExitThree) {
-    for (const char* command : {"zoom-in", "pin-count-ref", "redmark-get-status", "cw-count"}) {
-        std::vector<std::string> args = {command, "--pid", kDeadPid};
-        if (std::string(command) == "pin-count-ref") args.push_back("U1");
-        const auto result = RunKpcb(args);
-        EXPECT_EQ(result.status, 3) << command;
-        EXPECT_NE(result.err.find(std::string("kpcb: ") + command + ": -4: the viewer is not running"),
-                  std::string::npos)
-            << result.err;
-        EXPECT_EQ(result.out, "") << command;
+// Each status reaches the exit status and a message that says what it means: on a
+// dead viewer, and on a running process that is no viewer (it passes the liveness
+// test, so the codes that come after it show).
+TEST_F(ToolStatus, CodesBecomeExitStatusesAndMessages) {
+    const std::string self = std::to_string(platform::CurrentProcessId());
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        std::string err;  // a part of standard error
+        std::string out;
+    } cases[] = {
+        {{"zoom-in", "--pid", kDeadPid}, 3, "kpcb: zoom-in: -4: the viewer is not running", ""},
+        {{"pin-count-ref", "--pid", kDeadPid, "U1"}, 3, "kpcb: pin-count-ref: -4: the viewer is not running", ""},
+        {{"cw-count", "--pid", kDeadPid}, 3, "kpcb: cw-count: -4: the viewer is not running", ""},  // a count or a code
+        {{"exit", "--pid", kDeadPid, "--wait"}, 3, "-4: the viewer is not running", ""},
+        {{"is-running", "--pid", kDeadPid}, 1, "", "not running\n"},
+        {{"zoom-in"}, 2, "--pid", ""},
+        {{"launch-hidden", dir / "no-such-board.pdbba"}, 6, "kpcb: launch-hidden: -200: the board file does not exist",
+         ""},
+        {{"is-running", "--pid", self}, 0, "", "running\n"},
+        {{"zoom-in", "--pid", self}, 4, "kpcb: zoom-in: -5: no viewer serves this process id", ""},
+        {{"highlight", "--pid", self, "3", "GND"}, 6, "-200: the object kind is not 0, 1 or 2", ""},
+        {{"merge-run", "--pid", self, "GND"}, 8, "-202: no layer to merge on", ""},
+        {{"explorer", "--pid", self, "pins", dir / "missing-list.txt"}, 7, "-201: the list file does not exist", ""},
+        {{"exit", "--pid", self}, 3, "this kpcb process did not launch it", ""},
+    };
+    for (const auto& c : cases) {
+        const auto result = RunKpcb(c.args);
+        EXPECT_EQ(result.status, c.status) << c.args[0] << " " << c.args.back();
+        EXPECT_NE(result.err.find(c.err), std::string::npos) << result.err;
+        EXPECT_EQ(result.out, c.out) << c.args[0];
     }
-}
-
-TEST_F(ToolStatus, PidComesFromTheEnvironmentWhenNotGiven) {
-    const auto missing = RunKpcb({"zoom-in"});
-    EXPECT_EQ(missing.status, 2);
-    EXPECT_NE(missing.err.find("--pid"), std::string::npos) << missing.err;
-
     testing_support::SetEnv("KPCB_PID", kDeadPid);
     const auto fromEnvironment = RunKpcb({"zoom-in"});
     EXPECT_EQ(fromEnvironment.status, 3) << fromEnvironment.err;
-    EXPECT_NE(fromEnvironment.err.find("-4:"), std::string::npos) << fromEnvironment.err;
-}
-
-TEST_F(ToolStatus, MissingBoardIsMinusTwoHundredAndExitSix) {
-    const auto result = RunKpcb({"launch-hidden", dir / "no-such-board.pdbba"});
-    EXPECT_EQ(result.status, 6);
-    EXPECT_NE(result.err.find("kpcb: launch-hidden: -200: the board file does not exist"), std::string::npos)
-        << result.err;
-    EXPECT_EQ(result.out, "");
-}
-
-TEST_F(ToolStatus, ExitOfAViewerThatIsNotRunning) {
-    const auto result = RunKpcb({"exit", "--pid", kDeadPid, "--wait"});
-    EXPECT_EQ(result.status, 3);
-    EXPECT_NE(result.err.find("-4: the viewer is not running"), std::string::npos) << result.err;
-
-    const auto running = RunKpcb({"is-running", "--pid", kDeadPid});
-    EXPECT_EQ(running.status, 1);
-    EXPECT_EQ(running.out, "not running\n");
-}
-
-// A running process that is no viewer: it passes the liveness test, so the codes
-// that come after it show.
-TEST_F(ToolStatus, RunningProcessThatIsNoViewer) {
-    const std::string self = std::to_string(platform::CurrentProcessId());
-
-    const auto running = RunKpcb({"is-running", "--pid", self});
-    EXPECT_EQ(running.status, 0);
-    EXPECT_EQ(running.out, "running\n");
-
-    const auto noSlot = RunKpcb({"zoom-in", "--pid", self});
-    EXPECT_EQ(noSlot.status, 4);
-    EXPECT_NE(noSlot.err.find("kpcb: zoom-in: -5: no viewer serves this process id"), std::string::npos)
-        << noSlot.err;
-
-    const auto badKind = RunKpcb({"highlight", "--pid", self, "3", "GND"});
-    EXPECT_EQ(badKind.status, 6);
-    EXPECT_NE(badKind.err.find("-200: the object kind is not 0, 1 or 2"), std::string::npos) << badKind.err;
-
-    const auto noLayer = RunKpcb({"merge-run", "--pid", self, "GND"});
-    EXPECT_EQ(noLayer.status, 8);
-    EXPECT_NE(noLayer.err.find("-202: no layer to merge on"), std::string::npos) << noLayer.err;
-
-    const auto noList = RunKpcb({"explorer", "--pid", self, "pins", dir / "missing-list.txt"});
-    EXPECT_EQ(noList.status, 7);
-    EXPECT_NE(noList.err.find("-201: the list file does not exist"), std::string::npos) << noList.err;
-
-    const auto exitForeign = RunKpcb({"exit", "--pid", self});
-    EXPECT_EQ(exitForeign.status, 3);
-    EXPECT_NE(exitForeign.err.find("this kpcb process did not launch it"), std::string::npos) << exitForeign.err;
 }
 
 // A command slot under this process's id that nobody reads: queries wait for an
