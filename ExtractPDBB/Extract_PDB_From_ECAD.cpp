@@ -7,10 +7,10 @@
 #include "CPdb.h"
 #include "CPdbbProcessor.h"
 #include "CUniversalLogger.h"
+#include "ExchangeExtraction.h"
 #include "GCUtility.h"
 #include "ImporterManagers.h"
 #include "KPCBAPIExtract.h"
-#include "OdbExtraction.h"
 #include "platform.h"
 
 namespace extract_pdb {
@@ -45,6 +45,10 @@ CString Join(const CString& folder, const CString& name) {
 CString GetOutputPath() { return g_strOutputPath; }
 
 void SetOutputPath(const CString& path) { g_strOutputPath = path; }
+
+void SetOutputPathFromSaveName(const CEP_Parameter& param) {
+    g_strOutputPath = Join(Arg(param, 3), Arg(param, 4) + ".pdbb");
+}
 
 CPdb* ExtractFromAllegro(const CEP_Parameter& param) {
     CALGMgr manager;
@@ -168,7 +172,7 @@ CPdb* ExtractFromMentor(const CEP_Parameter& param) {
     }
 
     CPdb* pdb = manager.ReadMentor(&request, 1, mode);
-    g_strOutputPath = Join(Arg(param, 3), Arg(param, 4) + ".pdbb");
+    SetOutputPathFromSaveName(param);
 
     CKP_UIS__Main settings;
     settings.LoadFromDefaultFile();
@@ -220,7 +224,7 @@ struct FormatDriver {
 const FormatDriver kFormatDrivers[] = {
     {"A", &extract_pdb::ExtractFromAllegro},      {"ZDF", &extract_pdb::ExtractFromBoardDesigner},
     {"MB", &extract_pdb::ExtractFromMentor},      {"ZPS", &extract_pdb::ExtractFromZuken},
-    {"ODB", &extract_pdb::ExtractFromOdb},
+    {"ODB", &extract_pdb::ExtractFromOdb},        {"IPC", &extract_pdb::ExtractFromIpc2581},
 };
 
 // The driver for the format the checked list names; null (logged) when it has none.

@@ -20,5 +20,8 @@ CPdb* ExtractFromZuken(const CEP_Parameter& param);
 CString GetOutputPath();
 // Sets that file (for drivers outside this source).
 void SetOutputPath(const CString& path);
+// Sets that file to argument 3 (the save folder) joined with argument 4 + ".pdbb", as
+// the drivers of the exchange formats (ODB++, IPC-2581) name it.
+void SetOutputPathFromSaveName(const CEP_Parameter& param);
 
 }  // namespace extract_pdb

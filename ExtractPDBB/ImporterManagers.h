@@ -1,7 +1,8 @@
 // The importer of each ECAD format, reached through its plug-in. Every read returns
 // a new board database owned by the caller, or null when the plug-in is missing (one
 // line in the API log) or read nothing. Board Designer, Mentor and CR5000 designs
-// that are ODB++ jobs are read by the ODB++ reader when their plug-in is missing.
+// that are ODB++ jobs are read by the ODB++ reader when their plug-in is missing;
+// for an Allegro board file, its IPC-2581 or ODB++ export of the same name is read.
 #pragma once
 
 #include "CPALGParamForPDB.h"

@@ -1,15 +1,16 @@
-#include "OdbExtraction.h"
+#include "ExchangeExtraction.h"
 
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "CPdb.h"
 #include "CTokenizer.h"
 #include "CUniversalLogger.h"
 #include "Extract_PDB_From_ECAD.h"
-#include "GCUtility.h"
 #include "OdbImport.h"
+#include "ReaderLog.h"
 
 namespace extract_pdb {
 namespace {
@@ -66,17 +67,14 @@ CPdb* Read(const CString& path, const OdbImportOptions& options) {
     std::vector<std::string> warnings;
     std::string error;
     std::unique_ptr<CPdb> pdb = ImportOdbJob(path.str(), options, warnings, error);
-    for (const std::string& warning : warnings) GetUniversalLogger().LogLine("ODB++ : %s", warning.c_str());
-    if (!pdb) GetUniversalLogger().LogLine("Cannot read ODB++ job. : %s : %s", path.GetString(), error.c_str());
-    return pdb.release();
+    return LoggedRead(std::move(pdb), "ODB++", "ODB++ job", path, warnings, error);
 }
 
 }  // namespace
 
 CPdb* ExtractFromOdb(const CEP_Parameter& param) {
     CPdb* pdb = Read(param.GetAt(2), OptionsFromSlots(param));
-    SetOutputPath(GCUtility::GetInstance().GCPathCombine(param.GetAt(3), param.GetAt(4) + ".pdbb", __FILE__,
-                                                         __LINE__));
+    SetOutputPathFromSaveName(param);
     return pdb;
 }
 

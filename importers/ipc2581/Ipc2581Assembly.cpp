@@ -62,10 +62,12 @@ void BoardAssembly::AddComponent(const ComponentRecord& record, const CPDBLayerM
     const auto package = packages.find(record.package);
     const std::vector<PackagePin> none;
     const std::vector<PackagePin>& pins = package != packages.end() ? package->second : none;
+    // A mirrored component's rotation is counted, as the ODB++ reader counts it, after a
+    // flip top to bottom: a mirror across X turned by r is that flip turned by r + 180.
     const Xform placement = MirroredPlacement(record, pins);
     CPComp* comp = m_Board->AddComp(CString(record.reference.c_str()), part,
                                     bottom ? CompSide::Bottom : CompSide::Top, record.placement.offset,
-                                    NormalDegrees(placement.rotation));
+                                    NormalDegrees(placement.rotation + (placement.mirror ? 180 : 0)));
     if (!comp) {
         m_Warnings->push_back("component " + record.reference + " given twice: the second skipped");
         return;
@@ -98,15 +100,16 @@ void BoardAssembly::AddComponent(const ComponentRecord& record, const CPDBLayerM
         m_Warnings->push_back("component " + record.reference + ": no package " + record.package);
 }
 
-// Writers differ on how a mirrored component turns: mirror then rotate, rotate
-// then mirror, or rotate then flip top to bottom. The copper pads, placed
-// absolutely, tell which reading holds; without them the first one does.
+// Writers differ on how a mirrored component turns: rotate then flip top to bottom
+// (KiCad), mirror then rotate, or rotate then mirror. The copper pads, placed
+// absolutely, tell which reading holds; when they cannot (no pads, or one round pad
+// at the origin), the first one does.
 Xform BoardAssembly::MirroredPlacement(const ComponentRecord& record, const std::vector<PackagePin>& pins) const {
     if (!record.placement.mirror) return record.placement;
     const double r = record.placement.rotation;
     Xform best = record.placement;
     int bestMatches = -1;
-    for (double rotation : {r, -r, 180 - r}) {
+    for (double rotation : {180 - r, r, -r}) {
         Xform candidate = record.placement;
         candidate.rotation = rotation;
         int matches = 0;

@@ -296,15 +296,17 @@ TEST_F(Extraction, FailedSaveGivesFourAndTheBoardIsDestroyed) {
     EXPECT_EQ(LiveBoards("Mentor"), 0);
 }
 
-TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
+TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeSayingWhatWasLookedFor) {
     const std::string design = MakeFile("alg/board.brd");
     const std::string empty = MakeFolder("no-plugins");
     testing_support::SetEnv("KPCB_IMPORTER_DIR", empty);
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
     auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1u);
+    ASSERT_EQ(messages.size(), 2u);
     EXPECT_NE(messages[0].find("KPCBImporter_Allegro.kpi"), std::string::npos) << messages[0];
     EXPECT_NE(messages[0].find(empty), std::string::npos) << messages[0];
+    // Then the exports it looked for instead, named after the design.
+    EXPECT_NE(messages[1].find(Join(dir / "alg", "board")), std::string::npos) << messages[1];
 
     // A copy at a path of its own is a fresh load, which checks the version.
     fs::copy_file(std::string(KPCB_TEST_IMPORTER_DIR) + "/KPCBImporter_Allegro.kpi",
@@ -313,7 +315,7 @@ TEST_F(Extraction, MissingOrMismatchedPluginGivesThreeWithOneLine) {
     fs::remove(dir / "data/Log/KAPI.log");
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'a', "", ""), 3);
     messages = Messages();
-    ASSERT_EQ(messages.size(), 1u);
+    ASSERT_EQ(messages.size(), 2u);
     EXPECT_NE(messages[0].find("interface version 99"), std::string::npos) << messages[0];
     EXPECT_TRUE(Received().empty());
 }
@@ -381,7 +383,8 @@ TEST_F(Extraction, ArgumentListGoesToTheImporterOfItsKey) {
     } cases[] = {
         {{"From_KAPI", "/m", folder, out, "mentor"}, 0, "ReadMentor", ""},
         {{"From_KAPI", "//ZPS//", file, out, "/W"}, 0, "GetPDB", ""},
-        {{"From_KAPI", "/IPC", file, out}, 3, "", "No importer for the format key : IPC"},
+        {{"From_KAPI", "/GM", file, out}, 3, "", "No importer for the format key : GM"},
+        {{"From_KAPI", "/I", file, out, "board"}, 3, "", ""},
         {{"From_KAPI", "/ODB", dir / "missing", out, "board"}, 2, "", ""},
         {{"From_KAPI", "/ODB", file, out, "board", "/U:inch"}, 3, "", ""},
         {{"From_KAPI", "/X"}, 2, "", ""},

@@ -98,7 +98,7 @@ TEST(Ipc2581Import, ConvertsTheBoard) {
     ASSERT_TRUE(u1);
     EXPECT_EQ(u1->GetSide(), CompSide::Bottom);
     EXPECT_TRUE(u1->IsMirrored());
-    EXPECT_DOUBLE_EQ(u1->GetRotation(), 90);
+    EXPECT_DOUBLE_EQ(u1->GetRotation(), 270);  // counted after a flip top to bottom, as ODB++ boards are
     EXPECT_STREQ(u1->GetPartName().GetString(), "CHIP");
     CPRefPin* pin1 = u1->FindPin("1");
     CPRefPin* pin2 = u1->FindPin("2");

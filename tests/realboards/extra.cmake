@@ -1,4 +1,4 @@
-# Real boards: KiCad's demo boards exported as ODB++ once per build into a cache
+# Real boards: KiCad's demo boards exported as ODB++ and IPC-2581 once per build into a cache
 # folder (the realboards_export fixture), read by the tests. Without kicad-cli (and
 # in a cross build, whose tests cannot run KiCad) the fixture exports nothing and
 # the tests skip.
@@ -24,5 +24,11 @@ if(TARGET kpcb_odb)
 else()
   set(KPCB_ODB_READER_BUILT 0)
 endif()
+if(TARGET kpcb_ipc2581)
+  set(KPCB_IPC2581_READER_BUILT 1)
+else()
+  set(KPCB_IPC2581_READER_BUILT 0)
+endif()
 target_compile_definitions(test_${area} PRIVATE KPCB_REALBOARD_CACHE="${KPCB_REALBOARD_CACHE}"
-  KPCB_KICAD_CLI="${KPCB_KICAD_CLI}" KPCB_ODB_READER_BUILT=${KPCB_ODB_READER_BUILT})
+  KPCB_KICAD_CLI="${KPCB_KICAD_CLI}" KPCB_ODB_READER_BUILT=${KPCB_ODB_READER_BUILT}
+  KPCB_IPC2581_READER_BUILT=${KPCB_IPC2581_READER_BUILT})

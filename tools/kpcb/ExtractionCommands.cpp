@@ -1,7 +1,7 @@
 // Design extraction: ECAD designs into board database files, inside this process
 // through the importer plug-ins; no viewer is involved. Each subcommand calls the C
 // form of its function (wide strings), or with --cpp the C++ one (CString);
-// extract-odb calls ExtractPdbbFromArgumentList.
+// extract-odb and extract-ipc2581 call ExtractPdbbFromArgumentList.
 #include "KPCBAPI.h"
 #include "KPCBAPIExtract.h"
 #include "Text.h"
@@ -39,6 +39,13 @@ bool& AddCppFlag(Command& c) {
     bool& cpp = c.Hold<bool>(false);
     c.parser()->add_flag("--cpp", cpp, "call the C++ function (CString arguments) rather than its C form");
     return cpp;
+}
+
+// ExtractPdbbFromArgumentList on args (the caller tag first).
+int ExtractFromArgumentList(const Command& c, const std::vector<std::string>& args) {
+    std::vector<const char*> pointers;
+    for (const std::string& arg : args) pointers.push_back(arg.c_str());
+    return FinishExtraction(c, ExtractPdbbFromArgumentList(static_cast<int>(pointers.size()), pointers.data()));
 }
 
 }  // namespace
@@ -182,10 +189,21 @@ void AddExtractionCommands(Tool& tool) {
             if (o.skipMisc) args.push_back("/SKIP_MISC");
             if (!o.drillToVia.empty()) args.push_back("/DRILL_TO_VIA:" + o.drillToVia);
             args.insert(args.end(), o.switches.begin(), o.switches.end());
-            std::vector<const char*> pointers;
-            for (const std::string& arg : args) pointers.push_back(arg.c_str());
-            return FinishExtraction(c, ExtractPdbbFromArgumentList(static_cast<int>(pointers.size()), pointers.data()));
+            return ExtractFromArgumentList(c, args);
         });
+    }
+    {
+        Command& c = tool.Add("extract-ipc2581", "Turns an IPC-2581 file into <SAVE_FOLDER>/<NAME>.pdbb "
+                                                 "(ExtractPdbbFromArgumentList with /IPC).");
+        struct Ipc2581 {
+            std::string file, saveFolder, name;
+        };
+        Ipc2581& i = c.Hold<Ipc2581>();
+        c.parser()->add_option("FILE", i.file, "the IPC-2581 file (revision B or C)")->required();
+        c.parser()->add_option("SAVE_FOLDER", i.saveFolder, "where <NAME>.pdbb is written (it must exist)")
+            ->required();
+        c.parser()->add_option("NAME", i.name, "the board database's name, without .pdbb")->required();
+        c.Does([&c, &i] { return ExtractFromArgumentList(c, {"From_KAPI", "/IPC", i.file, i.saveFolder, i.name}); });
     }
 }
 

@@ -124,3 +124,10 @@ def extract_odb(job, save_folder, name, step=None, unit=None, layers=None, threa
         switches.append("/DRILL_TO_VIA:" + ("yes" if drill_to_via else "no"))
     extract("ODB", job, save_folder, name, *switches)
     return os.path.join(save_folder, name + ".pdbb")
+
+
+def extract_ipc2581(file, save_folder, name):
+    """An IPC-2581 file (revision B or C) into <save_folder>/<name>.pdbb, which is
+    returned. save_folder must exist."""
+    extract("IPC", file, save_folder, name)
+    return os.path.join(save_folder, name + ".pdbb")

@@ -54,11 +54,14 @@ class ExtractionTest(unittest.TestCase):
         self.assertEqual(self.received()["entry"], "ReadMentor")
         self.assertTrue(os.path.exists(os.path.join(self.dir, "from-list.pdbb")))
         with self.assertRaises(kpcb.ExtractionError) as no_importer:
-            kpcb.extract("IPC", self.design, self.dir)
+            kpcb.extract("GM", self.design, self.dir)
         self.assertEqual(no_importer.exception.code, 3)
         with self.assertRaises(kpcb.ExtractionError) as not_a_job:
             kpcb.extract_odb(self.design, self.dir, "board", unit="inch", layers=["top"])
         self.assertEqual(not_a_job.exception.code, 3)
+        with self.assertRaises(kpcb.ExtractionError) as not_ipc2581:
+            kpcb.extract_ipc2581(self.design, self.dir, "board")
+        self.assertEqual(not_ipc2581.exception.code, 3)
 
     def test_letters_are_checked_before_the_call(self):
         with self.assertRaises(ValueError):
