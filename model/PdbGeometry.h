@@ -139,3 +139,16 @@ public:
         return inside;
     }
 };
+
+// Appends the points of the arc from `from` (not appended) to `to` (appended, exactly)
+// about centre, sweeping `sweep` radians (ArcSweep), in `steps` equal chords.
+inline void AppendArcPoints(CArrayPointD& points, const CPointD& centre, const CPointD& from, const CPointD& to,
+                            double sweep, int steps) {
+    const double radius = centre.Distance(from);
+    const double start = std::atan2(from.y - centre.y, from.x - centre.x);
+    for (int i = 1; i < steps; ++i) {
+        const double a = start + sweep * i / steps;
+        points.Add(CPointD(centre.x + radius * std::cos(a), centre.y + radius * std::sin(a)));
+    }
+    points.Add(to);
+}

@@ -35,23 +35,11 @@ Xform Compose(const Xform& outer, const Xform& inner) {
 }
 
 void AppendArc(CArrayPointD& points, const CPointD& from, const CPointD& to, const CPointD& center, bool clockwise) {
-    const double radius = from.Distance(center);
-    const double a0 = std::atan2(from.y - center.y, from.x - center.x);
-    const double a1 = std::atan2(to.y - center.y, to.x - center.x);
-    double sweep = a1 - a0;
-    if (clockwise) {
-        while (sweep >= 0) sweep -= 2 * kPi;
-    } else {
-        while (sweep <= 0) sweep += 2 * kPi;
-    }
+    const double sweep = ArcSweep(center, from, to, clockwise);
     // Ends off the circle or absurd values (NaN from a zero radius) give a straight step.
     const double turns = std::fabs(sweep) / (2 * kPi);
     const int steps = std::isfinite(turns) && turns <= 1 ? std::max(1, static_cast<int>(std::ceil(turns * kSegmentsPerTurn))) : 1;
-    for (int i = 1; i < steps; ++i) {
-        const double a = a0 + sweep * i / steps;
-        points.Add(CPointD(center.x + radius * std::cos(a), center.y + radius * std::sin(a)));
-    }
-    points.Add(to);
+    AppendArcPoints(points, center, from, to, sweep, steps);
 }
 
 void DropClosingPoint(CArrayPointD& points) {

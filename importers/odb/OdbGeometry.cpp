@@ -16,21 +16,8 @@ int SegmentsFor(double radius, double sweep) {
 }  // namespace
 
 void AppendArc(CArrayPointD& points, const CPointD& start, const CPointD& end, const CPointD& center, bool clockwise) {
-    const double radius = center.Distance(start);
-    const double a0 = std::atan2(start.y - center.y, start.x - center.x);
-    const double a1 = std::atan2(end.y - center.y, end.x - center.x);
-    double sweep = a1 - a0;
-    if (clockwise) {
-        while (sweep >= 0) sweep -= 2 * kPi;
-    } else {
-        while (sweep <= 0) sweep += 2 * kPi;
-    }
-    const int n = SegmentsFor(radius, sweep);
-    for (int i = 1; i < n; ++i) {
-        const double a = a0 + sweep * i / n;
-        points.Add(CPointD(center.x + radius * std::cos(a), center.y + radius * std::sin(a)));
-    }
-    points.Add(end);
+    const double sweep = ArcSweep(center, start, end, clockwise);
+    AppendArcPoints(points, center, start, end, sweep, SegmentsFor(center.Distance(start), sweep));
 }
 
 void DropClosingPoint(CArrayPointD& points) {
