@@ -63,11 +63,11 @@ def board_file():
 
 
 class Board:
-    """What the tests need to know of a board in the text form: layers, parts,
-    nets, components with their side, part and pins (name, x, y, net)."""
+    """What the tests need to know of a board in the text form: layers, nets,
+    components with their part, side and pins (name, x, y, net)."""
 
     def __init__(self, path):
-        self.layers, self.ecad_layers, self.nets, self.parts = [], [], [], []
+        self.layers, self.nets = [], []
         self.components = {}  # reference: (part, side, [(pin, x, y, net)])
         with open(path, encoding="utf-8", errors="replace") as lines:
             for line in lines:
@@ -77,11 +77,8 @@ class Board:
                 record = fields[0]
                 if record == "LAYER":
                     self.layers.append(fields[1])
-                    self.ecad_layers.append(fields[2])
                 elif record == "NET":
                     self.nets.append(fields[1])
-                elif record == "PART":
-                    self.parts.append(fields[1])
                 elif record == "COMP":
                     reference = fields[1]
                     self.components[reference] = (fields[2], fields[3], [])
@@ -109,13 +106,6 @@ def wait_for(predicate, timeout=10.0):
             return value
         time.sleep(0.02)
     return predicate()
-
-
-def dead_pid():
-    """The process id of a process that has just ended."""
-    child = subprocess.Popen([sys.executable, "-c", "pass"])
-    child.wait()
-    return child.pid
 
 
 class ViewerTestCase(unittest.TestCase):
@@ -177,19 +167,6 @@ class ViewerTestCase(unittest.TestCase):
         action()
         return self.barrier()[before:]
 
-    def refused(self, action, error=None):
-        """Runs action, which must raise error (a KpcbError by default); returns the
-        exception and the journal entries of what was sent meanwhile."""
-        caught = []
-
-        def attempt():
-            with self.assertRaises(error or kpcb.KpcbError) as context:
-                action()
-            caught.append(context.exception)
-
-        entries = self.entries_of(attempt)
-        return caught[0], entries
-
     def sent_by(self, action, *layouts):
         """Runs action and returns what it sent, as (class name, fields) per record,
         the fields of each read by the matching layout of Reader.fields. A record
@@ -214,17 +191,15 @@ def f64(value):
 
 
 def cstring(text):
+    """A string of fewer than 255 bytes, the only length the tests use."""
     data = text.encode("utf-8")
-    n = len(data)
-    if n < 0xFF:
-        return bytes([n]) + data
-    if n < 0xFFFE:
-        return b"\xff" + struct.pack("<H", n) + data
-    return b"\xff\xff\xff" + struct.pack("<I", n) + data
+    assert len(data) < 0xFF
+    return bytes([len(data)]) + data
 
 
 def count(n):
-    return struct.pack("<H", n) if n < 0xFFFF else b"\xff\xff" + struct.pack("<I", n)
+    assert n < 0xFFFF
+    return struct.pack("<H", n)
 
 
 def strings(items):
@@ -256,15 +231,12 @@ class Reader:
 
     def count(self):
         n = struct.unpack("<H", self.take(2))[0]
-        return struct.unpack("<I", self.take(4))[0] if n == 0xFFFF else n
+        assert n != 0xFFFF, "long count"
+        return n
 
     def cstring(self):
         n = self.take(1)[0]
-        if n == 0xFF:
-            n = struct.unpack("<H", self.take(2))[0]
-            if n == 0xFFFF:
-                self.take(1)
-                n = struct.unpack("<I", self.take(4))[0]
+        assert n != 0xFF, "long string"
         return self.take(n).decode("utf-8")
 
     def strings(self):
@@ -388,22 +360,3 @@ def merge_reply(code, mode=0, cw_count=0, ccw_count=0, cw_points=0, ccw_points=0
     return (i32(code) + i32(mode) + i32(cw_count) + i32(ccw_count) + i32(cw_points) + i32(ccw_points) +
             f64(point[0]) + f64(point[1]) + doubles(cw_xy[0]) + doubles(cw_xy[1]) + doubles(ccw_xy[0]) +
             doubles(ccw_xy[1]))
-
-
-def copy_library(folder):
-    """A copy of the library alone in folder (no viewer beside it)."""
-    target = os.path.join(folder, os.path.basename(kpcb.find_library()))
-    shutil.copy2(kpcb.find_library(), target)
-    return target
-
-
-def run_python(code, env_update):
-    """Runs code in a fresh interpreter with the binding importable; returns its
-    standard output, stripped."""
-    env = dict(os.environ)
-    env.update(env_update)
-    env["PYTHONPATH"] = PACKAGE_ROOT + os.pathsep + env.get("PYTHONPATH", "")
-    done = subprocess.run([sys.executable, "-c", code], env=env, capture_output=True, text=True, timeout=120)
-    if done.returncode != 0:
-        raise AssertionError("child failed: %s" % done.stderr)
-    return done.stdout.strip()

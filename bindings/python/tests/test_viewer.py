@@ -70,26 +70,21 @@ class HighlightTest(ViewerTestCase):
         cls.board = support.Board(support.board_file())
         cls.ref, cls.pin, cls.net = cls.board.connected_pin()
 
-    def test_names_become_a_list(self):
-        nets = self.board.nets[:2]
-        sent = self.sent_by(lambda: self.viewer.highlight(0, [nets[0], "  %s  " % nets[1]], contrast=4),
-                            self.HIGHLIGHT)
-        # Blanks round a name are trimmed; plain highlights are red on the API's colour.
-        self.assertEqual(sent, [("CKPRCI_Highlight", (0, 0, nets, -1, [], rgb(255, 0, 0), 4, 1))])
-
-    def test_one_string_is_one_name(self):
-        sent = self.sent_by(lambda: self.viewer.highlight_color(1, self.ref, (1, 2, 3)), self.HIGHLIGHT)
-        self.assertEqual(sent[0][1], (1, 1, [self.ref], -1, [], rgb(1, 2, 3), 0, 0))
-
-    def test_color_variants(self):
+    def test_names_colors_and_layers_are_converted(self):
         v = self.viewer
+        nets = self.board.nets[:2]
         pin = "%s-%s" % (self.ref, self.pin)
         layers = self.board.layers[:2]
-        sent = self.sent_by(lambda: [v.highlight_color_all_layers(2, [pin], (0, 255, 0), 7, True),
+        sent = self.sent_by(lambda: [v.highlight(0, [nets[0], "  %s  " % nets[1]], contrast=4),
+                                     v.highlight_color(1, self.ref, (1, 2, 3)),
+                                     v.highlight_color_all_layers(2, [pin], (0, 255, 0), 7, True),
                                      v.highlight_on_layers(0, [self.net], (0, 0, 255), layers, 1)],
-                            self.HIGHLIGHT, self.HIGHLIGHT)
+                            *[self.HIGHLIGHT] * 4)
+        # Blanks round a name are trimmed; one string is one name; plain
+        # highlights are red on the API's colour.
         self.assertEqual([fields for _, fields in sent],
-                         [(2, 2, [pin], -1, [], rgb(0, 255, 0), 7, 1), (3, 0, [self.net], 1, layers, rgb(0, 0, 255), 0, 0)])
+                         [(0, 0, nets, -1, [], rgb(255, 0, 0), 4, 1), (1, 1, [self.ref], -1, [], rgb(1, 2, 3), 0, 0),
+                          (2, 2, [pin], -1, [], rgb(0, 255, 0), 7, 1), (3, 0, [self.net], 1, layers, rgb(0, 0, 255), 0, 0)])
 
     def test_pins_section_color_and_clear(self):
         v = self.viewer
