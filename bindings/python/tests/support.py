@@ -1,10 +1,8 @@
-"""Shared pieces of the binding's tests: the environment, a board file, viewers
-with a journal, and a fake viewer that answers from inside the test process."""
+"""Shared pieces of the binding's tests: the environment, a board file, and a
+fake viewer that answers from inside the test process."""
 
 import atexit
-import ctypes
 import os
-import shlex
 import shutil
 import socket
 import struct
@@ -62,42 +60,6 @@ def board_file():
     return _board
 
 
-class Board:
-    """What the tests need to know of a board in the text form: layers, nets,
-    components with their part, side and pins (name, x, y, net)."""
-
-    def __init__(self, path):
-        self.layers, self.nets = [], []
-        self.components = {}  # reference: (part, side, [(pin, x, y, net)])
-        with open(path, encoding="utf-8", errors="replace") as lines:
-            for line in lines:
-                if not line.strip() or line.lstrip().startswith("#"):
-                    continue
-                fields = shlex.split(line)
-                record = fields[0]
-                if record == "LAYER":
-                    self.layers.append(fields[1])
-                elif record == "NET":
-                    self.nets.append(fields[1])
-                elif record == "COMP":
-                    reference = fields[1]
-                    self.components[reference] = (fields[2], fields[3], [])
-                elif record == "PIN":
-                    self.components[reference][2].append((fields[1], float(fields[2]), float(fields[3]), fields[-1]))
-
-    def pins_of_net(self, net):
-        return {"%s-%s" % (ref, pin[0]) for ref, (_, _, pins) in self.components.items() for pin in pins
-                if pin[3] == net}
-
-    def connected_pin(self):
-        """(reference, pin, net) of a pin on a net, on the component with most pins."""
-        ref = max(self.components, key=lambda r: len(self.components[r][2]))
-        for pin, _, _, net in self.components[ref][2]:
-            if net:
-                return ref, pin, net
-        raise AssertionError("no connected pin on " + ref)
-
-
 def wait_for(predicate, timeout=10.0):
     deadline = time.monotonic() + timeout
     while time.monotonic() < deadline:
@@ -106,78 +68,6 @@ def wait_for(predicate, timeout=10.0):
             return value
         time.sleep(0.02)
     return predicate()
-
-
-class ViewerTestCase(unittest.TestCase):
-    """Runs its tests against one reference viewer, launched hidden for the class,
-    with a journal of every record the viewer receives."""
-
-    viewer = None
-
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp(prefix=cls.__name__ + "-", dir=WORK_DIR)
-        cls.journal_path = os.path.join(cls.folder, "journal.txt")
-        os.environ["KPCB_VIEWER_JOURNAL"] = cls.journal_path
-        try:
-            cls.viewer = kpcb.Viewer.launch(board_file(), hide=True)
-        finally:
-            del os.environ["KPCB_VIEWER_JOURNAL"]
-
-    @classmethod
-    def tearDownClass(cls):
-        if cls.viewer is not None and cls.viewer.is_running():
-            cls.viewer.exit(wait=True)
-
-    def journal(self):
-        """(class name, payload, note) of every record the viewer has journaled so far."""
-        if not os.path.exists(self.journal_path):
-            return []
-        with open(self.journal_path, encoding="utf-8", errors="replace") as lines:
-            entries = [line.rstrip("\n").split("\t") for line in lines]
-        return [(e[2], bytes.fromhex(e[3]), e[4]) for e in entries if len(e) >= 5]
-
-    BARRIER = "journal barrier"
-
-    def barrier(self):
-        """Asks the viewer a question that comes once and is journaled before it is
-        answered; returns the journal entries up to its own. The viewer serves
-        records in order, so everything sent before has been served by then."""
-        count = ctypes.c_int()
-        self.assertEqual(kpcb.library().KPCB_GetPinCountFromPart(self.viewer.pid, self.BARRIER, ctypes.byref(count)), 0)
-        marker = cstring(self.BARRIER)
-
-        def upto():
-            entries = self.journal()
-            found = [i for i, (name, payload, _) in enumerate(entries)
-                     if name == "CKPRCI_Information_GetCompPinCount" and payload.endswith(marker)]
-            return (entries[:found[-1]],) if found else None
-
-        served = wait_for(upto)
-        self.assertIsNotNone(served, "the viewer journaled nothing")
-        return served[0]
-
-    def mark(self):
-        """The journal length once the viewer has served everything sent so far."""
-        return len(self.barrier()) + 1
-
-    def entries_of(self, action):
-        """Runs action and returns the journal entries of what it sent."""
-        before = self.mark()
-        action()
-        return self.barrier()[before:]
-
-    def sent_by(self, action, *layouts):
-        """Runs action and returns what it sent, as (class name, fields) per record,
-        the fields of each read by the matching layout of Reader.fields. A record
-        that the library sends twice is listed once."""
-        entries = []
-        for name, payload, _ in self.entries_of(action):
-            if entries and entries[-1][1] == payload:
-                continue
-            entries.append((name, payload))
-        self.assertEqual(len(entries), len(layouts), [name for name, _ in entries])
-        return [(name, Reader(payload[4:]).fields(layout)) for (name, payload), layout in zip(entries, layouts)]
 
 
 # ---- archive images (little-endian, as the library writes them) ---------------
