@@ -58,14 +58,11 @@ class FindLibraryTest(unittest.TestCase):
             _library.load(self.newer)
         self.assertIn("AddressSanitizer", str(caught.exception))
 
-    def test_beside_the_package_beats_the_build_tree(self):
+    def test_beside_the_package_beats_the_build_tree_and_the_environment_everything(self):
         above = touch(os.path.join(os.path.dirname(self.package), self.name))
         self.assertEqual(self.find(), above)
         inside = touch(os.path.join(self.package, self.name))
         self.assertEqual(self.find(), inside)
-
-    def test_environment_beats_everything(self):
-        touch(os.path.join(self.package, self.name))
         other = touch(os.path.join(self.root, "elsewhere", "custom-name.so"))
         self.assertEqual(self.find({"KPCB_LIBRARY": other}), other)
         self.assertEqual(self.find({"KPCB_LIBRARY": os.path.dirname(self.older)}), self.older)

@@ -96,11 +96,14 @@ class CountingLibrary:
         self._dll.KPCB_ArrayD_Free(array)
 
 
-class BoardResultsTest(unittest.TestCase):
+class FakeBoardTestCase(unittest.TestCase):
     def setUp(self):
         self.fake = FakeViewer(board_answer)
         self.viewer = self.fake.__enter__()
         self.addCleanup(self.fake.__exit__, None, None, None)
+
+
+class BoardResultsTest(FakeBoardTestCase):
 
     def test_numbers(self):
         v = self.viewer
@@ -169,11 +172,9 @@ class BoardResultsTest(unittest.TestCase):
         self.assertTrue(support.wait_for(lambda: self.merge_modes()[-1] == 11), "not destroyed")
 
 
-class FreeingTest(unittest.TestCase):
+class FreeingTest(FakeBoardTestCase):
     def setUp(self):
-        self.fake = FakeViewer(board_answer)
-        self.viewer = self.fake.__enter__()
-        self.addCleanup(self.fake.__exit__, None, None, None)
+        super().setUp()
         self.counting = CountingLibrary(self.viewer._dll)
         self.viewer._dll = self.counting
 
