@@ -1,10 +1,8 @@
-"""Shared pieces of the binding's tests: the environment, a board file, viewers
-with a journal, and a fake viewer that answers from inside the test process."""
+"""Shared pieces of the binding's tests: the environment, a board file, and a
+fake viewer that answers from inside the test process."""
 
 import atexit
-import ctypes
 import os
-import shlex
 import shutil
 import socket
 import struct
@@ -62,45 +60,6 @@ def board_file():
     return _board
 
 
-class Board:
-    """What the tests need to know of a board in the text form: layers, parts,
-    nets, components with their side, part and pins (name, x, y, net)."""
-
-    def __init__(self, path):
-        self.layers, self.ecad_layers, self.nets, self.parts = [], [], [], []
-        self.components = {}  # reference: (part, side, [(pin, x, y, net)])
-        with open(path, encoding="utf-8", errors="replace") as lines:
-            for line in lines:
-                if not line.strip() or line.lstrip().startswith("#"):
-                    continue
-                fields = shlex.split(line)
-                record = fields[0]
-                if record == "LAYER":
-                    self.layers.append(fields[1])
-                    self.ecad_layers.append(fields[2])
-                elif record == "NET":
-                    self.nets.append(fields[1])
-                elif record == "PART":
-                    self.parts.append(fields[1])
-                elif record == "COMP":
-                    reference = fields[1]
-                    self.components[reference] = (fields[2], fields[3], [])
-                elif record == "PIN":
-                    self.components[reference][2].append((fields[1], float(fields[2]), float(fields[3]), fields[-1]))
-
-    def pins_of_net(self, net):
-        return {"%s-%s" % (ref, pin[0]) for ref, (_, _, pins) in self.components.items() for pin in pins
-                if pin[3] == net}
-
-    def connected_pin(self):
-        """(reference, pin, net) of a pin on a net, on the component with most pins."""
-        ref = max(self.components, key=lambda r: len(self.components[r][2]))
-        for pin, _, _, net in self.components[ref][2]:
-            if net:
-                return ref, pin, net
-        raise AssertionError("no connected pin on " + ref)
-
-
 def wait_for(predicate, timeout=10.0):
     deadline = time.monotonic() + timeout
     while time.monotonic() < deadline:
@@ -109,98 +68,6 @@ def wait_for(predicate, timeout=10.0):
             return value
         time.sleep(0.02)
     return predicate()
-
-
-def dead_pid():
-    """The process id of a process that has just ended."""
-    child = subprocess.Popen([sys.executable, "-c", "pass"])
-    child.wait()
-    return child.pid
-
-
-class ViewerTestCase(unittest.TestCase):
-    """Runs its tests against one reference viewer, launched hidden for the class,
-    with a journal of every record the viewer receives."""
-
-    viewer = None
-
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp(prefix=cls.__name__ + "-", dir=WORK_DIR)
-        cls.journal_path = os.path.join(cls.folder, "journal.txt")
-        os.environ["KPCB_VIEWER_JOURNAL"] = cls.journal_path
-        try:
-            cls.viewer = kpcb.Viewer.launch(board_file(), hide=True)
-        finally:
-            del os.environ["KPCB_VIEWER_JOURNAL"]
-
-    @classmethod
-    def tearDownClass(cls):
-        if cls.viewer is not None and cls.viewer.is_running():
-            cls.viewer.exit(wait=True)
-
-    def journal(self):
-        """(class name, payload, note) of every record the viewer has journaled so far."""
-        if not os.path.exists(self.journal_path):
-            return []
-        with open(self.journal_path, encoding="utf-8", errors="replace") as lines:
-            entries = [line.rstrip("\n").split("\t") for line in lines]
-        return [(e[2], bytes.fromhex(e[3]), e[4]) for e in entries if len(e) >= 5]
-
-    BARRIER = "journal barrier"
-
-    def barrier(self):
-        """Asks the viewer a question that comes once and is journaled before it is
-        answered; returns the journal entries up to its own. The viewer serves
-        records in order, so everything sent before has been served by then."""
-        count = ctypes.c_int()
-        self.assertEqual(kpcb.library().KPCB_GetPinCountFromPart(self.viewer.pid, self.BARRIER, ctypes.byref(count)), 0)
-        marker = cstring(self.BARRIER)
-
-        def upto():
-            entries = self.journal()
-            found = [i for i, (name, payload, _) in enumerate(entries)
-                     if name == "CKPRCI_Information_GetCompPinCount" and payload.endswith(marker)]
-            return (entries[:found[-1]],) if found else None
-
-        served = wait_for(upto)
-        self.assertIsNotNone(served, "the viewer journaled nothing")
-        return served[0]
-
-    def mark(self):
-        """The journal length once the viewer has served everything sent so far."""
-        return len(self.barrier()) + 1
-
-    def entries_of(self, action):
-        """Runs action and returns the journal entries of what it sent."""
-        before = self.mark()
-        action()
-        return self.barrier()[before:]
-
-    def refused(self, action, error=None):
-        """Runs action, which must raise error (a KpcbError by default); returns the
-        exception and the journal entries of what was sent meanwhile."""
-        caught = []
-
-        def attempt():
-            with self.assertRaises(error or kpcb.KpcbError) as context:
-                action()
-            caught.append(context.exception)
-
-        entries = self.entries_of(attempt)
-        return caught[0], entries
-
-    def sent_by(self, action, *layouts):
-        """Runs action and returns what it sent, as (class name, fields) per record,
-        the fields of each read by the matching layout of Reader.fields. A record
-        that the library sends twice is listed once."""
-        entries = []
-        for name, payload, _ in self.entries_of(action):
-            if entries and entries[-1][1] == payload:
-                continue
-            entries.append((name, payload))
-        self.assertEqual(len(entries), len(layouts), [name for name, _ in entries])
-        return [(name, Reader(payload[4:]).fields(layout)) for (name, payload), layout in zip(entries, layouts)]
 
 
 # ---- archive images (little-endian, as the library writes them) ---------------
@@ -214,17 +81,15 @@ def f64(value):
 
 
 def cstring(text):
+    """A string of fewer than 255 bytes, the only length the tests use."""
     data = text.encode("utf-8")
-    n = len(data)
-    if n < 0xFF:
-        return bytes([n]) + data
-    if n < 0xFFFE:
-        return b"\xff" + struct.pack("<H", n) + data
-    return b"\xff\xff\xff" + struct.pack("<I", n) + data
+    assert len(data) < 0xFF
+    return bytes([len(data)]) + data
 
 
 def count(n):
-    return struct.pack("<H", n) if n < 0xFFFF else b"\xff\xff" + struct.pack("<I", n)
+    assert n < 0xFFFF
+    return struct.pack("<H", n)
 
 
 def strings(items):
@@ -256,15 +121,12 @@ class Reader:
 
     def count(self):
         n = struct.unpack("<H", self.take(2))[0]
-        return struct.unpack("<I", self.take(4))[0] if n == 0xFFFF else n
+        assert n != 0xFFFF, "long count"
+        return n
 
     def cstring(self):
         n = self.take(1)[0]
-        if n == 0xFF:
-            n = struct.unpack("<H", self.take(2))[0]
-            if n == 0xFFFF:
-                self.take(1)
-                n = struct.unpack("<I", self.take(4))[0]
+        assert n != 0xFF, "long string"
         return self.take(n).decode("utf-8")
 
     def strings(self):
@@ -388,22 +250,3 @@ def merge_reply(code, mode=0, cw_count=0, ccw_count=0, cw_points=0, ccw_points=0
     return (i32(code) + i32(mode) + i32(cw_count) + i32(ccw_count) + i32(cw_points) + i32(ccw_points) +
             f64(point[0]) + f64(point[1]) + doubles(cw_xy[0]) + doubles(cw_xy[1]) + doubles(ccw_xy[0]) +
             doubles(ccw_xy[1]))
-
-
-def copy_library(folder):
-    """A copy of the library alone in folder (no viewer beside it)."""
-    target = os.path.join(folder, os.path.basename(kpcb.find_library()))
-    shutil.copy2(kpcb.find_library(), target)
-    return target
-
-
-def run_python(code, env_update):
-    """Runs code in a fresh interpreter with the binding importable; returns its
-    standard output, stripped."""
-    env = dict(os.environ)
-    env.update(env_update)
-    env["PYTHONPATH"] = PACKAGE_ROOT + os.pathsep + env.get("PYTHONPATH", "")
-    done = subprocess.run([sys.executable, "-c", code], env=env, capture_output=True, text=True, timeout=120)
-    if done.returncode != 0:
-        raise AssertionError("child failed: %s" % done.stderr)
-    return done.stdout.strip()

@@ -53,9 +53,6 @@ class ExtractionTest(unittest.TestCase):
         kpcb.extract("m", self.dir, self.dir, "from-list")
         self.assertEqual(self.received()["entry"], "ReadMentor")
         self.assertTrue(os.path.exists(os.path.join(self.dir, "from-list.pdbb")))
-        with self.assertRaises(kpcb.ExtractionError) as no_importer:
-            kpcb.extract("GM", self.design, self.dir)
-        self.assertEqual(no_importer.exception.code, 3)
         with self.assertRaises(kpcb.ExtractionError) as not_a_job:
             kpcb.extract_odb(self.design, self.dir, "board", unit="inch", layers=["top"])
         self.assertEqual(not_a_job.exception.code, 3)
