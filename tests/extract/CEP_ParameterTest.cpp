@@ -85,10 +85,6 @@ TEST(CEP_ParameterScan, FormatKeyLosesSlashesAtBothEndsOnly) {
     ScratchLog log;
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", "//Z//", "a", "b"})).GetFormatKey(), "Z");
     EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", "/z/x/", "a", "b"})).GetFormatKey(), "z/x");
-    // "//Z//" picks the ZPS row, whose first test is the pdbb folder.
-    const std::string missing = log.Dir() / "missing";
-    EXPECT_EQ(CEP_Parameter(Args({"From_KAPI", "//Z//", "d", missing, "/A"})).CheckParameter(), 0);
-    EXPECT_EQ(log.Messages(), std::vector<std::string>{"Cannot found pdbb save directory. : " + missing});
 }
 
 // ---- The code table --------------------------------------------------------------
