@@ -1,8 +1,6 @@
 // The importer settings file.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 #include "CKP_UIS__Main.h"
@@ -37,15 +35,4 @@ TEST(ImporterSettings, ReadsSectionsIgnoringCaseAndSkipsWhatItDoesNotKnow) {
     // Loading again starts from the defaults: a missing file leaves all at 0.
     EXPECT_EQ(settings.LoadFromFile((dir / "none.ini").c_str()), 0);
     EXPECT_EQ(Options(settings), (std::vector<int>{0, 0, 0, 0}));
-}
-
-TEST(ImporterSettings, DefaultFileLivesInTheDataFolder) {
-    testing_support::TempDir dir;
-    testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
-    std::filesystem::create_directories(dir / "Settings");
-    std::ofstream(dir / "Settings/ImporterSettings.ini") << "[CR5000BD]\nConvertEucJPtoShiftJIS=1\n";
-    CKP_UIS__Main settings;
-    EXPECT_EQ(settings.LoadFromDefaultFile(), 1);
-    EXPECT_EQ(Options(settings), (std::vector<int>{0, 1, 0, 0}));
-    testing_support::UnsetEnv("KPCB_DATA_DIR");
 }
