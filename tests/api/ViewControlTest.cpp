@@ -125,7 +125,4 @@ TEST(ViewControl, SetMainTitleWaitsAndPassesOnlyMinus201) {
         EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), c.title), c.expected) << c.replyCode;
         EXPECT_EQ(viewer.Messages(), Frame(c.sent));
     }
-    FakeViewer viewer;
-    viewer.AnswerRaw({testing_support::LengthMessage(2), Bytes{1, 2}});
-    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid(), "t"), KPCB_NO_REPLY) << "a malformed reply";
 }
