@@ -193,3 +193,20 @@ TEST(Capture, ExplorerChecksThenWaitsForItsAcknowledgement) {
     expected.SetObjectListFilePath(CString(list));
     EXPECT_EQ(viewer.Payloads(), std::vector<Bytes>{ImageOf(expected)});
 }
+
+TEST(PolygonMerge, TraceLinesGoToTheDebuggerOutput) {
+    testing_support::SetEnv("KPCB_DEBUG_OUTPUT", "1");
+    const wchar_t* layers[] = {L"TOP", L"L3"};
+    testing::internal::CaptureStderr();
+    KPCB_PolygonMergeRun(kDeadPid, layers, 2, L"GND", 1);
+    KPCB_PolygonMergeRun(kDeadPid, layers, 0, L"GND", 1);
+    EXPECT_EQ(KPCB_PolygonMergeDestroy(kDeadPid), KPCB_NOT_RUNNING);
+    const std::string trace = testing::internal::GetCapturedStderr();
+    testing_support::UnsetEnv("KPCB_DEBUG_OUTPUT");
+    EXPECT_EQ(trace,
+              "---------- saLayerNameList Convert Start -----------------\nTOP\nL3\n"
+              "---------- saLayerNameList Convert End -----------------\n"
+              "---------- saLayerNameList Convert Start -----------------\n"
+              "---------- saLayerNameList Convert End -----------------\n"
+              "Call KPCB_PolygonMergeDestroy\n");
+}
