@@ -173,27 +173,18 @@ TEST(PdbbFile, ForgedDataNeverCrashesTheLoader) {
     EXPECT_LT(loaded, 4000);
 }
 
-TEST(SavePDB, WritesWhatTheLoaderReadsBack) {
-    testing_support::TempDir dir;
-    std::unique_ptr<CPdb> pdb = board_test::SmallBoard();
-    CPdbbProcessor processor;
-    const CString path = (dir / "out.pdbb").c_str();
-    ASSERT_NE(0, processor.SavePDB(path, pdb.get(), 1, 0, 1)) << processor.GetLastError().GetString();
-    CString error;
-    std::unique_ptr<CPdb> back = CPdbbProcessor::LoadPDB(path, error);
-    ASSERT_TRUE(back) << error.GetString();
-    EXPECT_EQ(CPdbText::Write(*pdb).str(), CPdbText::Write(*back).str());
-    EXPECT_TRUE(board_test::ReadText((dir / "out.pdbba")).empty());  // no text copy asked for
-    EXPECT_TRUE(board_test::ReadText((dir / "out.pdbb.tmp")).empty());
-}
-
 TEST(SavePDB, OptionsAndFailures) {
     testing_support::TempDir dir;
     std::unique_ptr<CPdb> pdb = board_test::SmallBoard();
     CPdbbProcessor processor;
     const CString path = (dir / "b.pdbb").c_str();
-    ASSERT_NE(0, processor.SavePDB(path, pdb.get(), 0, 1, 0));
-    EXPECT_EQ(CPdbText::Write(*pdb).str(), board_test::ReadText(dir / "b.pdbba"));
+    ASSERT_NE(0, processor.SavePDB(path, pdb.get(), 0, 1, 0)) << processor.GetLastError().GetString();
+    EXPECT_EQ(CPdbText::Write(*pdb).str(), board_test::ReadText(dir / "b.pdbba"));  // the text copy asked for
+    EXPECT_TRUE(board_test::ReadText(dir / "b.pdbb.tmp").empty());
+    CString error;
+    std::unique_ptr<CPdb> back = CPdbbProcessor::LoadPDB(path, error);
+    ASSERT_TRUE(back) << error.GetString();
+    EXPECT_EQ(CPdbText::Write(*pdb).str(), CPdbText::Write(*back).str());
 
     const std::string before = board_test::ReadText(path.str());
     std::unique_ptr<CPdb> other = GenerateBoard(5);
@@ -207,8 +198,8 @@ TEST(SavePDB, OptionsAndFailures) {
     EXPECT_EQ(0, processor.SavePDB(nested, pdb.get(), 1, 0, 0));
     EXPECT_FALSE(processor.GetLastError().IsEmpty());
     EXPECT_NE(0, processor.SavePDB(nested, pdb.get(), 1, 0, 1));
-    CString error;
     EXPECT_TRUE(CPdbbProcessor::LoadPDB(nested, error)) << error.GetString();
+    EXPECT_TRUE(board_test::ReadText(dir / "x/y/z.pdbba").empty());  // no text copy asked for
 
     EXPECT_EQ(0, processor.SavePDB(path, nullptr, 1, 0, 1));
     pdb->AddText(99, "bad layer", CPointD(), 1, 0);

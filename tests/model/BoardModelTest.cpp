@@ -1,4 +1,5 @@
-// The board's objects, their links and lookups.
+// The board's objects, their links and lookups. (Which layers a pad is on, and the
+// layer stack's sides, are seen through the viewer's merge and pictures.)
 #include <gtest/gtest.h>
 
 #include "BoardTestSupport.h"
@@ -12,29 +13,18 @@ TEST(BoardModel, LookupsFindWhatWasAddedAndRefuseRepeats) {
     ASSERT_TRUE(part);
     EXPECT_EQ(nullptr, pdb.AddPart("R0603", "other"));
     CPComp* r1 = pdb.AddComp("R1", part, CompSide::Top, CPointD(1, 2), 90);
-    CPComp* r2 = pdb.AddComp("R2", part, CompSide::NotPlaced, CPointD(), 0);
-    ASSERT_TRUE(r1 && r2);
+    ASSERT_TRUE(r1);
     EXPECT_EQ(nullptr, pdb.AddComp("R1", nullptr, CompSide::Top, CPointD(), 0));
     EXPECT_EQ(nullptr, pdb.AddComp("", part, CompSide::Top, CPointD(), 0));
-    CPNet* gnd = pdb.AddNet("GND");
+    EXPECT_TRUE(pdb.AddNet("GND"));
     EXPECT_EQ(nullptr, pdb.AddNet("GND"));
     EXPECT_EQ(nullptr, pdb.AddNet(""));
     EXPECT_EQ(nullptr, pdb.GetLayerManager().AddLayer("", "x", LayerKind::Other));
-
-    EXPECT_EQ(r2, pdb.FindComp("R2"));
-    EXPECT_EQ(nullptr, pdb.FindComp("r2"));  // names are case-sensitive
-    EXPECT_EQ(part, pdb.FindPart("R0603"));
-    EXPECT_EQ(gnd, pdb.FindNet("GND"));
-    EXPECT_EQ(nullptr, pdb.FindNet("VCC"));
-    ASSERT_EQ(2, part->GetComps().GetSize());
+    pdb.GetLayerManager().AddLayer("T", "t", LayerKind::Copper);
+    EXPECT_EQ(nullptr, pdb.FindComp("r1"));  // names are case-sensitive
+    EXPECT_EQ(nullptr, pdb.GetLayerManager().FindLayerByEcadName("T"));
+    EXPECT_EQ(r1, pdb.FindComp("R1"));
     EXPECT_EQ(r1, part->GetComps().GetAt(0));
-    EXPECT_EQ("R0603", r1->GetPartName());
-    EXPECT_FALSE(r2->IsPlaced());
-
-    CPRefPin* pin = r1->AddPin("2", CPointD(1, 3), PadShape::Rect, 1, 1, 0, 0);
-    EXPECT_EQ(pin, pdb.FindPin("R1", "2"));
-    EXPECT_EQ(nullptr, pdb.FindPin("R1", "3"));
-    EXPECT_EQ(nullptr, pdb.FindPin("R9", "2"));
 }
 
 TEST(BoardModel, APinBelongsToOneNetAtMost) {
@@ -55,33 +45,6 @@ TEST(BoardModel, APinBelongsToOneNetAtMost) {
     EXPECT_EQ(0, b->GetPinCount());
 }
 
-TEST(BoardModel, LayerStackSidesAndPadLayers) {
-    std::unique_ptr<CPdb> pdb = board_test::SmallBoard();
-    ASSERT_TRUE(pdb);
-    const CPDBLayerManager& layers = pdb->GetLayerManager();
-    EXPECT_EQ(2, layers.GetCopperLayerCount());
-    EXPECT_EQ(1, layers.GetTopCopperIndex());
-    EXPECT_EQ(2, layers.GetBottomCopperIndex());
-    EXPECT_EQ(BoardSide::Top, layers.GetLayerSide(0));
-    EXPECT_EQ(BoardSide::Top, layers.GetLayerSide(1));
-    EXPECT_EQ(BoardSide::Bottom, layers.GetLayerSide(2));
-    EXPECT_EQ(BoardSide::Bottom, layers.GetLayerSide(3));
-    EXPECT_EQ(BoardSide::None, layers.GetLayerSide(4));
-    EXPECT_EQ(2, layers.FindLayerByEcadName("b")->GetIndex());
-    EXPECT_EQ(nullptr, layers.FindLayerByEcadName("B"));
-
-    const CPRefPin* topSmd = pdb->FindPin("R1", "1");
-    const CPRefPin* bottomSmd = pdb->FindPin("R2", "1");
-    const CPRefPin* bottomHole = pdb->FindPin("R2", "2");
-    EXPECT_TRUE(pdb->IsPadOnLayer(*topSmd, 1));
-    EXPECT_FALSE(pdb->IsPadOnLayer(*topSmd, 2));
-    EXPECT_FALSE(pdb->IsPadOnLayer(*bottomSmd, 1));
-    EXPECT_TRUE(pdb->IsPadOnLayer(*bottomSmd, 2));
-    EXPECT_TRUE(pdb->IsPadOnLayer(*bottomHole, 1));
-    EXPECT_TRUE(pdb->IsPadOnLayer(*bottomHole, 2));
-    EXPECT_FALSE(pdb->IsPadOnLayer(*bottomHole, 0));  // silk is not copper
-}
-
 TEST(BoardModel, GeometryOfPadsAreasAndTheBoard) {
     std::unique_ptr<CPdb> pdb = board_test::SmallBoard();
     ASSERT_TRUE(pdb);
@@ -95,16 +58,11 @@ TEST(BoardModel, GeometryOfPadsAreasAndTheBoard) {
     EXPECT_TRUE(area->ContainsPoint(CPointD(10, 5)));
     EXPECT_FALSE(area->ContainsPoint(CPointD(2.9, 2.1)));  // in the hole
     EXPECT_FALSE(area->ContainsPoint(CPointD(19.5, 5)));   // outside
-    EXPECT_EQ(pdb->FindNet("GND"), area->GetNet());
     EXPECT_EQ(area, pdb->FindNet("GND")->GetAreas().GetAt(0));
 
     EXPECT_EQ(CRectD(0, 0, 20, 10), pdb->GetBoundingRect());
     pdb->GetOutline().RemoveAll();  // without an outline: everything drawn
-    const CRectD all = pdb->GetBoundingRect();
-    EXPECT_DOUBLE_EQ(1, all.minX);
-    EXPECT_DOUBLE_EQ(19, all.maxX);
-    EXPECT_DOUBLE_EQ(1, all.minY);
-    EXPECT_DOUBLE_EQ(9, all.maxY);
+    EXPECT_EQ(CRectD(1, 1, 19, 9), pdb->GetBoundingRect());
 }
 
 TEST(BoardModel, ValidateRefusesLayerIndexesOutsideTheStack) {
