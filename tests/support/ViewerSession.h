@@ -1,4 +1,5 @@
-// A reference viewer on a board of the test's own folder, for the end-to-end tests.
+// A reference viewer on a board of the test's own folder, for the end-to-end tests of
+// the viewer's answers, merge and pictures.
 #pragma once
 
 #include <gtest/gtest.h>
