@@ -44,6 +44,7 @@ public:
         const size_t offset = u32(10);
         if (offset < 54 || offset + stride * static_cast<size_t>(height) != d.size())
             return bmp.Fail("pixel data does not fill the file");
+        if (u32(34) != stride * static_cast<size_t>(height)) return bmp.Fail("pixel data size field");
         bmp.width = width;
         bmp.height = height;
         bmp.pixels.resize(static_cast<size_t>(width) * static_cast<size_t>(height));

@@ -7,18 +7,13 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 
 #include "BmpReader.h"
-#include "KPCBAPI.hpp"
-#include "LiveViewer.h"
 #include "PdbText.h"
-#include "TestPaths.h"
-#include "TestSystem.h"
+#include "ViewerSession.h"
 
 using render_test::Bmp;
 using render_test::Color;
-using testing_support::TempDir;
 using testing_support::Viewer;
 
 namespace {
@@ -86,17 +81,15 @@ struct View {
     }
 };
 
-class Capture : public ::testing::Test {
+class Capture : public viewer_board_test::BoardTest {
 protected:
     void SetUp() override {
-        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
-        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
-        std::filesystem::copy_file(testing_support::SampleBoard(), boardFile);
+        BoardTest::SetUp();
+        UseSample();
         CString error;
-        board = CPdbText::ReadFile(CString(testing_support::SampleBoard()), error);
+        board = CPdbText::ReadFile(CString(boardFile), error);
         ASSERT_TRUE(board) << error.str();
     }
-    void TearDown() override { testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL"); }
 
     // The picture of the viewer's current view; the title request that follows the
     // one-way capture returns once the viewer has served the capture.
@@ -120,14 +113,6 @@ protected:
         return bmp.At(static_cast<int>(std::floor(p.x)), static_cast<int>(std::floor(p.y)));
     }
 
-    std::string JournalText() const {
-        std::ifstream in(journal);
-        return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    }
-
-    TempDir dir;
-    std::string boardFile = dir / "board.pdbba";
-    std::string journal = dir / "journal.txt";
     std::unique_ptr<CPdb> board;
     int taken = 0;
 };
@@ -437,7 +422,8 @@ TEST_F(Capture, UnwritablePathsLeaveANoteAndTheViewerServesOn) {
     EXPECT_EQ(KPCB_ExportPDBAscii(viewer.pid, (dir / "no-such-folder/board.pdbba").c_str()), 0);
     EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "still here"), 0);
     EXPECT_FALSE(std::filesystem::exists(nowhere));
-    const std::string notes = JournalText();
+    std::string notes;
+    for (const std::string& line : JournalLines()) notes += line + "\n";
     EXPECT_NE(notes.find("bitmap 1024x768 NOT written to " + nowhere), std::string::npos) << notes;
     EXPECT_NE(notes.find("text export NOT written to " + (dir / "no-such-folder/board.pdbba")), std::string::npos)
         << notes;
