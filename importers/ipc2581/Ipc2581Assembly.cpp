@@ -10,6 +10,10 @@ double NormalDegrees(double degrees) {
     return degrees < 0 ? degrees + 360 : degrees;
 }
 
+bool IsUsed(const std::vector<const FeaturePad*>& used, const FeaturePad& pad) {
+    return std::find(used.begin(), used.end(), &pad) != used.end();
+}
+
 }  // namespace
 
 long long PlaceKey(const CPointD& p) {
@@ -100,8 +104,7 @@ void BoardAssembly::AddComponent(const ComponentRecord& record, const CPDBLayerM
     if (names != padPins.end()) {
         for (const std::string& name : names->second)
             for (const FeaturePad& pad : featurePads[PinKey(ref, name)])
-                if (std::find(used.begin(), used.end(), &pad) == used.end())
-                    AddPin(*comp, ref, name, *pad.primitive, pad.placement, &pad, name);
+                if (!IsUsed(used, pad)) AddPin(*comp, ref, name, *pad.primitive, pad.placement, &pad, name);
     }
     if (package == packages.end() && !record.package.empty())
         m_Warnings->push_back("component " + record.reference + ": no package " + record.package);
@@ -130,15 +133,6 @@ Xform BoardAssembly::MirroredPlacement(const ComponentRecord& record, const std:
     }
     return best;
 }
-
-// The copper pad of that pin at that place, or null.
-namespace {
-
-bool IsUsed(const std::vector<const FeaturePad*>& used, const FeaturePad& pad) {
-    return std::find(used.begin(), used.end(), &pad) != used.end();
-}
-
-}  // namespace
 
 // The copper pad of that pin at that place not used yet, or null.
 const FeaturePad* BoardAssembly::FeaturePadAt(const std::string& reference, const std::string& pin, const CPointD& at,

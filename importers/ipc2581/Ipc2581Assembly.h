@@ -14,7 +14,7 @@
 // A copper pad that names its pin.
 struct FeaturePad {
     std::string net;
-    std::string padstack;  // its padstackDefRef: pads of one pin at one place differ by it
+    std::string padstack;  // its padstackDefRef, and its layer where the padstack lists it not
     const Primitive* primitive = nullptr;
     Xform placement;  // absolute: offset is the pad's position
     double drill = 0;

@@ -88,13 +88,10 @@ private:
         if (isKiCad(m_Xml.Attr("software"))) m_Gathered.namesFromOnePool = true;
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
-            if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name"))) m_Gathered.namesFromOnePool = true;
-            if (Is(m_Xml.Name(), "FileRevision")) {
-                const int fileDepth = m_Xml.Depth();
-                while (m_Xml.NextChild(fileDepth))
-                    if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name")))
-                        m_Gathered.namesFromOnePool = true;
-            }
+            if (!Is(m_Xml.Name(), "FileRevision")) continue;
+            const int revisionDepth = m_Xml.Depth();
+            while (m_Xml.NextChild(revisionDepth))
+                if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name"))) m_Gathered.namesFromOnePool = true;
         }
     }
 
@@ -425,16 +422,11 @@ private:
         std::vector<PinRefRecord> pins;
         ReadPlacedShape(pad.placement, pad.primitive, &pins);
         if (!pad.primitive) return;
-        bool named = false;
         for (const PinRefRecord& pin : pins) {
-            if (pin.reference.empty() || pin.pin.empty()) {
-                Warn("a pad's pin reference without its component or pin: skipped");
-                continue;
-            }
-            AddPinPad(pin, pad, layerName);
-            named = true;
+            if (pin.reference.empty() || pin.pin.empty()) Warn("a pad's pin reference without its component or pin: skipped");
+            else AddPinPad(pin, pad, layerName);
         }
-        if (named || !pins.empty()) return;
+        if (!pins.empty()) return;
         double& size = m_Gathered.viaPads[PlaceKey(pad.placement.offset)];
         size = std::max(size, std::max(pad.primitive->sizeX, pad.primitive->sizeY) * pad.placement.scale);
     }
