@@ -91,7 +91,8 @@ private:
             if (!Is(m_Xml.Name(), "FileRevision")) continue;
             const int revisionDepth = m_Xml.Depth();
             while (m_Xml.NextChild(revisionDepth))
-                if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name"))) m_Gathered.namesFromOnePool = true;
+                if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name")))
+                    m_Gathered.namesFromOnePool = true;
         }
     }
 
@@ -423,7 +424,7 @@ private:
         ReadPlacedShape(pad.placement, pad.primitive, &pins);
         if (!pad.primitive) return;
         for (const PinRefRecord& pin : pins) {
-            if (pin.reference.empty() || pin.pin.empty()) Warn("a pad's pin reference without its component or pin: skipped");
+            if (pin.reference.empty() || pin.pin.empty()) Warn("a pin reference without component or pin: skipped");
             else AddPinPad(pin, pad, layerName);
         }
         if (!pins.empty()) return;

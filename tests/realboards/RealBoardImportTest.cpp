@@ -199,7 +199,8 @@ std::vector<Variant> AllVariants() {
     std::vector<Variant> all;
     for (const char* board : kBoards)
         for (const char* unit : {"mm", "in"})
-            for (Export format : {Export::OdbArchive, Export::OdbFolder, Export::Ipc2581}) all.push_back({board, unit, format});
+            for (Export format : {Export::OdbArchive, Export::OdbFolder, Export::Ipc2581})
+                all.push_back({board, unit, format});
     return all;
 }
 
