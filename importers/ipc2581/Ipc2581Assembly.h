@@ -9,10 +9,12 @@
 
 #include "CPdb.h"
 #include "Ipc2581Geometry.h"
+#include "Ipc2581Names.h"
 
 // A copper pad that names its pin.
 struct FeaturePad {
     std::string net;
+    std::string padstack;  // its padstackDefRef, and its layer where the padstack lists it not
     const Primitive* primitive = nullptr;
     Xform placement;  // absolute: offset is the pad's position
     double drill = 0;
@@ -57,19 +59,28 @@ public:
     std::unordered_map<long long, size_t> holeAt;                               // index in holes by place
     std::unordered_map<std::string, int> layerIndex;                            // board layer by name
     std::unordered_map<std::string, std::string> layerSide;                     // side attribute by name
+    bool namesFromOnePool = false;  // the writer suffixes names another kind took (PoolSuffixedNames)
 
     // Adds the components with their pins to board, then a via for each plated hole
     // at no pin; warnings gets a line for each thing left out.
     void Finish(CPdb& board, std::vector<std::string>& warnings);
 
 private:
+    void RestorePoolNames();
+    const std::string& Shown(const std::unordered_map<std::string, std::string>& names, const std::string& name) const;
     void AddComponent(const ComponentRecord& record, const CPDBLayerManager& layers);
     Xform MirroredPlacement(const ComponentRecord& record, const std::vector<PackagePin>& pins) const;
-    const FeaturePad* FeaturePadAt(const std::string& reference, const std::string& pin, const CPointD& at) const;
-    const FeaturePad* FirstFeaturePad(const std::string& reference, const std::string& pin) const;
-    void AddPin(CPComp& comp, const std::string& name, const Primitive& shape, const Xform& placement,
-                const FeaturePad* pad);
+    const FeaturePad* FeaturePadAt(const std::string& reference, const std::string& pin, const CPointD& at,
+                                   const std::vector<const FeaturePad*>& used = {}) const;
+    const FeaturePad* FirstFeaturePad(const std::string& reference, const std::string& pin,
+                                      const std::vector<const FeaturePad*>& used) const;
+    const FeaturePad* OtherNamedPadAt(const std::string& reference, const CPointD& at, const NameSet& packagePins,
+                                      const std::vector<const FeaturePad*>& used, std::string& pin) const;
+    void AddPin(CPComp& comp, const std::string& reference, const std::string& pin, const Primitive& shape,
+                const Xform& placement, const FeaturePad* pad, const std::string& padPin);
+    void WarnUnplacedPads();
 
+    std::unordered_map<std::string, std::string> m_ShownReferences, m_ShownPins;  // by the file's name
     CPdb* m_Board = nullptr;
     std::vector<std::string>* m_Warnings = nullptr;
 };

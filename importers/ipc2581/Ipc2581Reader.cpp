@@ -4,11 +4,16 @@
 #include <algorithm>
 #include <cstring>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "Ipc2581Assembly.h"
 #include "Ipc2581Shapes.h"
 
 namespace {
+
+struct PinRefRecord {
+    std::string reference, pin;
+};
 
 bool Is(const char* a, const char* b) { return std::strcmp(a, b) == 0; }
 
@@ -57,6 +62,7 @@ public:
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
             if (Is(m_Xml.Name(), "Content")) ReadContent();
+            else if (Is(m_Xml.Name(), "HistoryRecord")) ReadHistoryRecord();
             else if (Is(m_Xml.Name(), "Ecad")) ReadEcad();
         }
         if (!m_StepFound) {
@@ -73,6 +79,21 @@ private:
     void Warn(const std::string& what) {
         if (m_Warnings.size() < kMaxWarnings) m_Warnings.push_back(m_Xml.Where() + ": " + what);
         else ++m_Dropped;
+    }
+
+    // KiCad (9 at least) draws component references and pin names from one pool of
+    // names: its suffixed names are taken back (PoolSuffixedNames).
+    void ReadHistoryRecord() {
+        auto isKiCad = [](const std::string& name) { return name.compare(0, 5, "KiCad") == 0; };
+        if (isKiCad(m_Xml.Attr("software"))) m_Gathered.namesFromOnePool = true;
+        const int depth = m_Xml.Depth();
+        while (m_Xml.NextChild(depth)) {
+            if (!Is(m_Xml.Name(), "FileRevision")) continue;
+            const int revisionDepth = m_Xml.Depth();
+            while (m_Xml.NextChild(revisionDepth))
+                if (Is(m_Xml.Name(), "SoftwarePackage") && isKiCad(m_Xml.Attr("name")))
+                    m_Gathered.namesFromOnePool = true;
+        }
     }
 
     // ---- Content: the dictionaries ----
@@ -253,8 +274,10 @@ private:
     void ReadPadStackDef() {
         const std::string name = m_Xml.Attr("name");
         const int depth = m_Xml.Depth();
-        while (m_Xml.NextChild(depth))
+        while (m_Xml.NextChild(depth)) {
             if (Is(m_Xml.Name(), "PadstackHoleDef")) m_PadstackDrill[name] = m_Xml.Number("diameter", 0, m_Scale);
+            else if (Is(m_Xml.Name(), "PadstackPadDef")) m_PadstackLayers[name].insert(m_Xml.Attr("layerRef"));
+        }
     }
 
     // Takes a primitive reference (StandardPrimitiveRef / UserPrimitiveRef) or an inline
@@ -296,7 +319,9 @@ private:
                 while (m_Xml.NextChild(landDepth)) {
                     if (!Is(m_Xml.Name(), "Pad")) continue;
                     lands.emplace_back();
-                    ReadPlacedShape(lands.back().placement, lands.back().primitive, &lands.back().name);
+                    std::vector<PinRefRecord> refs;
+                    ReadPlacedShape(lands.back().placement, lands.back().primitive, &refs);
+                    if (!refs.empty()) lands.back().name = refs.front().pin;
                 }
             }
         }
@@ -326,16 +351,14 @@ private:
         return false;
     }
 
-    // The children of a Pin or Pad: Xform, Location, a shape, and a PinRef (its pin
-    // name into pinName, its component into reference).
-    void ReadPlacedShape(Xform& placement, const Primitive*& primitive, std::string* pinName,
-                         std::string* reference = nullptr) {
+    // The children of a Pin or Pad: Xform, Location, a shape, and PinRefs (into pins,
+    // when given).
+    void ReadPlacedShape(Xform& placement, const Primitive*& primitive, std::vector<PinRefRecord>* pins) {
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
             if (ReadPlacementChild(placement)) continue;
             if (Is(m_Xml.Name(), "PinRef")) {
-                if (pinName) *pinName = m_Xml.Attr("pin");
-                if (reference) *reference = m_Xml.Attr("componentRef");
+                if (pins) pins->push_back({m_Xml.Attr("componentRef"), m_Xml.Attr("pin")});
             } else {
                 ReadShapeChild(primitive);
             }
@@ -372,6 +395,7 @@ private:
         if (layer < 0) return;  // a dielectric, or a layer not declared
         const LayerKind kind = m_Board->GetLayerManager().GetLayer(layer)->GetKind();
         if (kind != LayerKind::Copper && kind != LayerKind::Drill) return;  // drawings the board does not keep
+        m_PadsOnLayer.clear();
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth))
             if (Is(m_Xml.Name(), "Set")) ReadSet(layer, kind == LayerKind::Copper, layerName);
@@ -383,31 +407,50 @@ private:
         const int depth = m_Xml.Depth();
         while (m_Xml.NextChild(depth)) {
             const char* name = m_Xml.Name();
-            if (Is(name, "Pad") && copper) ReadPad(net);
+            if (Is(name, "Pad") && copper) ReadPad(net, layerName);
             else if (Is(name, "Features") && copper) ReadFeatures(layer, NetOf(net));
             else if (Is(name, "Hole") || Is(name, "SlotCavity")) ReadHole(net, layerName, geometry);
         }
     }
 
-    void ReadPad(const std::string& net) {
+    // A pad: of each pin its PinRefs name (a pad may serve several), else of a via.
+    void ReadPad(const std::string& net, const std::string& layerName) {
         FeaturePad pad;
         pad.net = net;
-        auto found = m_PadstackDrill.find(m_Xml.Attr("padstackDefRef"));
+        pad.padstack = m_Xml.Attr("padstackDefRef");
+        auto found = m_PadstackDrill.find(pad.padstack);
         if (found != m_PadstackDrill.end()) pad.drill = found->second;
-        std::string pin, reference;
-        ReadPlacedShape(pad.placement, pad.primitive, &pin, &reference);
+        std::vector<PinRefRecord> pins;
+        ReadPlacedShape(pad.placement, pad.primitive, &pins);
         if (!pad.primitive) return;
-        if (!pin.empty()) {
-            // One entry per place: a through-hole pad repeats on every copper layer.
-            std::vector<FeaturePad>& places = m_Gathered.featurePads[PinKey(reference, pin)];
-            for (const FeaturePad& known : places)
-                if (known.placement.offset.Distance(pad.placement.offset) < 1e-6) return;
-            if (places.empty()) m_Gathered.padPins[reference].push_back(pin);
-            places.push_back(std::move(pad));
-            return;
+        for (const PinRefRecord& pin : pins) {
+            if (pin.reference.empty() || pin.pin.empty()) Warn("a pin reference without component or pin: skipped");
+            else AddPinPad(pin, pad, layerName);
         }
+        if (!pins.empty()) return;
         double& size = m_Gathered.viaPads[PlaceKey(pad.placement.offset)];
         size = std::max(size, std::max(pad.primitive->sizeX, pad.primitive->sizeY) * pad.placement.scale);
+    }
+
+    // A pad repeats on each layer of its padstack, yet one pin may have several pads at
+    // one place (an exposed pad over a thermal via, pads on either side, two pads drawn
+    // one on the other): on one layer every pad is new, so a pin has as many pads at a
+    // place of one padstack as the layer with the most of them shows. A pad on a layer
+    // its padstack does not list is another pad (KiCad 9 gives like pads of either
+    // side one padstack).
+    void AddPinPad(const PinRefRecord& pin, FeaturePad pad, const std::string& layerName) {
+        const auto layers = m_PadstackLayers.find(pad.padstack);
+        if (layers != m_PadstackLayers.end() && !layers->second.count(layerName)) pad.padstack += '\x1f' + layerName;
+        const std::string key = PinKey(pin.reference, pin.pin);
+        std::vector<FeaturePad>& pads = m_Gathered.featurePads[key];
+        const int onLayer =
+            m_PadsOnLayer[key + '\x1f' + std::to_string(PlaceKey(pad.placement.offset)) + '\x1f' + pad.padstack]++;
+        int known = 0;
+        for (const FeaturePad& other : pads)
+            known += other.padstack == pad.padstack && other.placement.offset.Distance(pad.placement.offset) < 1e-6;
+        if (known > onLayer) return;
+        if (pads.empty()) m_Gathered.padPins[pin.reference].push_back(pin.pin);
+        pads.push_back(std::move(pad));
     }
 
     void ReadHole(const std::string& net, const std::string& layerName, const std::string& geometry) {
@@ -563,6 +606,8 @@ private:
     std::unordered_map<std::string, std::pair<int, int>> m_Spans;
 
     std::unordered_map<std::string, double> m_PadstackDrill;
+    std::unordered_map<std::string, std::unordered_set<std::string>> m_PadstackLayers;  // layers of its pads
+    std::unordered_map<std::string, int> m_PadsOnLayer;  // pads of the current layer by pin, place and padstack
     BoardAssembly m_Gathered;
     size_t m_UnnamedTracks = 0, m_SkippedCopper = 0;
 };

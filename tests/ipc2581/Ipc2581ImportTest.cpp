@@ -55,6 +55,7 @@ const char* const kStep = R"(<Step name="pcb">
   <Set net="GND"><Features><Polyline><PolyBegin x="1" y="0"/><PolyStepCurve x="1.2" y="0.2" centerX="1" centerY="0.2" clockwise="false"/>
     <LineDescRef id="W"/></Polyline></Features></Set>
   <Set net="GND"><Pad><Location x="0.5" y="0.2"/><StandardPrimitiveRef id="VIAPAD"/></Pad></Set>
+  <Set net="GND"><Pad><Location x="1" y="1.05"/><StandardPrimitiveRef id="RECT"/><PinRef componentRef="U1" pin="P1"/></Pad></Set>
   <Set net="PLANE"><Features><Contour>
     <Polygon><PolyBegin x="0" y="0"/><PolyStepSegment x="1" y="0"/><PolyStepSegment x="1" y="1"/><PolyStepSegment x="0" y="1"/></Polygon>
     <Cutout><PolyBegin x="0.4" y="0.4"/><PolyStepSegment x="0.6" y="0.4"/><PolyStepSegment x="0.6" y="0.6"/></Cutout>
@@ -100,6 +101,7 @@ TEST(Ipc2581Import, ConvertsTheBoard) {
     EXPECT_TRUE(u1->IsMirrored());
     EXPECT_DOUBLE_EQ(u1->GetRotation(), 270);  // counted after a flip top to bottom, as ODB++ boards are
     EXPECT_STREQ(u1->GetPartName().GetString(), "CHIP");
+    EXPECT_EQ(u1->GetPinCount(), 2);  // the copper pad naming pin 1 otherwise is pin 1's pad
     CPRefPin* pin1 = u1->FindPin("1");
     CPRefPin* pin2 = u1->FindPin("2");
     ASSERT_TRUE(pin1 && pin2);
@@ -220,6 +222,8 @@ TEST(Ipc2581Import, ReportsBadInput) {
          "Squiggle: unknown primitive Squiggle"},
         {"missing entry", replace(good, "<StandardPrimitiveRef id=\"RECT\"/>", "<StandardPrimitiveRef id=\"NOPE\"/>"),
          nullptr, "StandardPrimitiveRef: no dictionary entry NOPE"},
+        {"pad of no component", replace(good, "VIAPAD\"/></Pad>", "VIAPAD\"/><PinRef componentRef=\"U9\" pin=\"1\"/></Pad>"),
+         nullptr, "pads of pins of component \"U9\", which is not placed: skipped"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
