@@ -37,7 +37,9 @@ protected:
         ASSERT_GT(pid, 0);
     }
     void TearDown() override {
-        if (pid > 0) EXPECT_EQ(KPCB_Exit(pid, 1), 0);
+        if (pid > 0) {
+            EXPECT_EQ(KPCB_Exit(pid, 1), 0);
+        }
         SampleBoardTest::TearDown();
     }
     int pid = 0;
