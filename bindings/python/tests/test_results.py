@@ -68,6 +68,9 @@ class BoardResultsTest(ResultsTestCase):
                 with self.assertRaises(kpcb.ViewerRefusedError) as caught:
                     call()
                 self.assertEqual(caught.exception.code, code)
+        with self.assertRaises(kpcb.ViewerRefusedError) as caught:  # with the call's own words
+            self.viewer.net_pins("U1", "99")
+        self.assertIn("no such pin", caught.exception.meaning)
 
     def test_texts_and_lists(self):
         v = self.viewer
