@@ -178,21 +178,13 @@ TEST(ArchivePastTheEnd, BytesBeyondTheFileLengthAreNeverRead) {
 
 // ---- Buffering ---------------------------------------------------------------
 
-TEST(ArchiveBuffer, StoreReachesTheFileOnlyAtCloseOrDestruction) {
+TEST(ArchiveBuffer, DestructionWritesWhatIsBuffered) {
     CMemFile file(1024);
     {
         CArchive ar(&file, CArchive::store, 4096);
         ar << 7;
-        EXPECT_EQ(file.GetLength(), 0u);
-        ar.Close();
-        EXPECT_EQ(file.GetLength(), 4u);
     }
-    CMemFile other(1024);
-    {
-        CArchive ar(&other, CArchive::store, 4096);
-        ar << 7;
-    }
-    EXPECT_EQ(Hex(FileBytes(other)), "07 00 00 00");
+    EXPECT_EQ(Hex(FileBytes(file)), "07 00 00 00");
 }
 
 TEST(ArchiveBuffer, ValuesStraddlingBufferRefillsLoadIntact) {

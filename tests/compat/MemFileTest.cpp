@@ -33,27 +33,44 @@ TEST(MemFile, Seek) {
     EXPECT_EQ(Hex(FileBytes(file)), "61 62 63 64 65 66 00 00 00 5A");
 }
 
-TEST(MemFile, SetLength) {
-    CMemFile file(1024);
-    FillFile(file, {'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'});
+// Grown while holding data (the block moves), written through the buffer pointer,
+// shrunk and grown again, set for overwrite, written past the end: the position
+// follows the length, and every byte exposed reads 0, never an old byte.
+TEST(MemFile, LengthChangesExposeOnlyZeros) {
+    CMemFile file(16);
+    FillFile(file, {1, 2, 3});
+    file.SetLength(100000);  // beyond the grow step
+    Bytes expected(100000, 0);
+    expected[0] = 1, expected[1] = 2, expected[2] = 3;
+    EXPECT_TRUE(FileBytes(file) == expected);
+    file.SeekToBegin();
+    void* start = nullptr;
+    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 100000, &start, nullptr), 100000u);
+    std::memset(start, 0xAB, 100000);
+
     file.Seek(6, CFile::begin);
-
     file.SetLength(3);  // shrinking clamps the position
-    EXPECT_EQ(file.GetLength(), 3u);
     EXPECT_EQ(file.GetPosition(), 3u);
-
     file.Seek(1, CFile::begin);
-    file.SetLength(6);  // growing keeps the position and adds zeros, not the old bytes
+    file.SetLength(6);  // growing keeps it
     EXPECT_EQ(file.GetPosition(), 1u);
-    EXPECT_EQ(Hex(FileBytes(file)), "41 42 43 00 00 00");
-
+    EXPECT_EQ(Hex(FileBytes(file)), "AB AB AB 00 00 00");
     file.SetLength(0);
-    EXPECT_EQ(file.GetLength(), 0u);
     EXPECT_EQ(file.GetPosition(), 0u);
     EXPECT_TRUE(FileBytes(file).empty());
 
-    file.SetLength(3000);  // beyond the grow step
-    EXPECT_EQ(FileBytes(file), Bytes(3000, 0));
+    // How a frame whose payload is all there is received: no zeros written first.
+    file.SetLengthForOverwrite(5);
+    file.SeekToBegin();
+    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 5, &start, nullptr), 5u);
+    std::memcpy(start, "abcde", 5);
+    file.SetLength(2);
+    file.SetLength(4);  // what the overwrite exposed is no exception
+    EXPECT_EQ(Hex(FileBytes(file)), "61 62 00 00");
+    file.SetLength(1);
+    file.Seek(4, CFile::begin);
+    file.Write("Z", 1);
+    EXPECT_EQ(Hex(FileBytes(file)), "61 00 00 00 5A");
 }
 
 TEST(MemFile, BufferPointerForDirectReads) {
@@ -78,46 +95,6 @@ TEST(MemFile, BufferPointerForDirectReads) {
     EXPECT_EQ(start, max);
 
     EXPECT_EQ(file.GetBufferPtr(CFile::bufferCheck), 1u);
-}
-
-TEST(MemFile, BytesExposedAfterAnyUseAreZeros) {
-    // Grown while holding data (the block moves), written through the buffer pointer,
-    // shrunk and grown again, written past the end: every exposed byte reads 0.
-    CMemFile file(16);
-    FillFile(file, {1, 2, 3});
-    file.SetLength(100000);
-    Bytes expected(100000, 0);
-    expected[0] = 1;
-    expected[1] = 2;
-    expected[2] = 3;
-    EXPECT_TRUE(FileBytes(file) == expected);
-    file.SeekToBegin();
-    void* start = nullptr;
-    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 100000, &start, nullptr), 100000u);
-    std::memset(start, 0xAB, 100000);
-    file.SetLength(2);
-    file.SetLength(6);
-    EXPECT_EQ(Hex(FileBytes(file)), "AB AB 00 00 00 00");
-    file.SetLength(1);
-    file.Seek(4, CFile::begin);
-    file.Write("Z", 1);
-    EXPECT_EQ(Hex(FileBytes(file)), "AB 00 00 00 5A");
-}
-
-TEST(MemFile, LengthForOverwriteThenFilledWhole) {
-    // How a frame whose payload is all there is received: no zeros written first.
-    CMemFile file(1024);
-    FillFile(file, {9, 9});
-    file.SetLengthForOverwrite(5);
-    EXPECT_EQ(file.GetLength(), 5u);
-    file.SeekToBegin();
-    void* start = nullptr;
-    ASSERT_EQ(file.GetBufferPtr(CFile::bufferRead, 5, &start, nullptr), 5u);
-    std::memcpy(start, "abcde", 5);
-    EXPECT_EQ(Hex(FileBytes(file)), "61 62 63 64 65");
-    file.SetLength(2);
-    file.SetLength(4);  // what the overwrite exposed is no exception to the zeros
-    EXPECT_EQ(Hex(FileBytes(file)), "61 62 00 00");
 }
 
 }  // namespace

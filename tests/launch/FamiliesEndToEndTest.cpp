@@ -1,32 +1,20 @@
-// Every command family against the real viewer process.
+// Command families against the real viewer process where no other suite runs them
+// there: red marks across viewers, and requests sent twice.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 #include "KPCBAPI.hpp"
 #include "LiveViewer.h"
-#include "TestPaths.h"
-#include "TestSystem.h"
-#include "platform.h"
+#include "SampleBoardTest.h"
 
 using testing_support::OwnedString;
-using testing_support::TempDir;
 using testing_support::Viewer;
 using testing_support::Wide;
 
 namespace {
 
-class EndToEnd : public ::testing::Test {
-protected:
-    void SetUp() override {
-        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
-        std::filesystem::copy_file(testing_support::SampleBoard(), board);
-    }
-    TempDir dir;
-    std::string board = dir / "board.pdbba";
-};
+using EndToEnd = testing_support::SampleBoardTest;
 
 }  // namespace
 
@@ -52,60 +40,26 @@ TEST_F(EndToEnd, RedMarksSurviveSaveAndLoadAcrossViewers) {
     EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(second.pid, L"Short", &contents.text), 0);
     EXPECT_EQ(contents.str(), L"U1-3 touches GND\nsee layer 2");
     EXPECT_EQ(KPCB_RemoveItemFromRedMarkList(second.pid, L"Short"), 0);
-    wchar_t* gone = nullptr;
-    EXPECT_EQ(KPCB_CallSelectedItemFromRedMark(second.pid, L"Short", &gone), KPCB_ERR_200);
-    EXPECT_EQ(gone, nullptr);
     EXPECT_EQ(KPCB_RemoveItemFromRedMarkList(second.pid, L"Short"), KPCB_ERR_200);
 }
 
+// Every request the library sends twice, between one-way commands (the layer backup
+// and restore among them) and waiting ones.
 TEST_F(EndToEnd, DoubleSentRequestsLeaveNoStaleAnswers) {
     Viewer viewer(board);
     ASSERT_GT(viewer.pid, 0);
     int status = -1;
     for (int round = 0; round < 20; ++round) {
         EXPECT_EQ(KPCB_Highlight(viewer.pid, 0, "GND,VCC", ",", 0), 0);
+        EXPECT_EQ(KPCB_Backup_Current_Layers(viewer.pid), 0);
         EXPECT_EQ(KPCB_SetStatusForCallingRedMark(viewer.pid, round), 0);
         EXPECT_EQ(KPCB_GetStatusForCallingRedMark(viewer.pid, &status), 0);
         EXPECT_EQ(status, round);
+        EXPECT_EQ(KPCB_Visible_Layers(viewer.pid, "TOP", ",", 0), 0);
         EXPECT_EQ(KPCB_ZoomHighlightForSection_NetRefPin(viewer.pid, "+3V3", "U1", "1", "U2", "2"), 0);
+        EXPECT_EQ(KPCB_Restore_Current_Layers(viewer.pid), 0);
         EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "after"), 0);
         int pins = -1;
         EXPECT_EQ(KPCB_GetPinCountFromReference(viewer.pid, L"U1", &pins), 0);
     }
-}
-
-// The other families are checked against the viewer in its own suites; the layer
-// backup and restore only here.
-TEST_F(EndToEnd, LayerBackupAndRestoreAreServed) {
-    Viewer viewer(board);
-    ASSERT_GT(viewer.pid, 0);
-    EXPECT_EQ(KPCB_Backup_Current_Layers(viewer.pid), 0);
-    EXPECT_EQ(KPCB_Visible_Layers(viewer.pid, "TOP", ",", 0), 0);
-    EXPECT_EQ(KPCB_Restore_Current_Layers(viewer.pid), 0);
-    EXPECT_EQ(KPCB_SetMainTitle(viewer.pid, "served"), 0);
-}
-
-TEST_F(EndToEnd, KeptConnectionsFollowTheViewersLife) {
-    ASSERT_EQ(KPCB_KeepConnections(1), 0);
-    const int first = KPCB_Launch(CString(board), 1);
-    const int second = KPCB_Launch(CString(board), 1);
-    ASSERT_GT(first, 0);
-    ASSERT_GT(second, 0);
-    for (int pid : {first, second}) {
-        int pins = 0;
-        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), 0);
-        EXPECT_EQ(pins, 14);
-        EXPECT_EQ(KPCB_ZoomIn(pid), 0);
-    }
-    // One ends by KPCB_Exit, the other on its own: both are seen as ended at once.
-    EXPECT_EQ(KPCB_Exit(first, 1), 0);
-    platform::AbandonProcess(second);
-    ASSERT_TRUE(platform::WaitProcessExit(second, 10000));
-    for (int pid : {first, second}) {
-        EXPECT_EQ(KPCB_IsRunning(pid), 0);
-        EXPECT_EQ(KPCB_ZoomIn(pid), KPCB_NOT_RUNNING);
-        int pins = 0;
-        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), KPCB_NOT_RUNNING);
-    }
-    EXPECT_EQ(KPCB_KeepConnections(0), 1);
 }

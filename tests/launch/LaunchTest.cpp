@@ -5,40 +5,19 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "CMailslot.h"
 #include "KPCBAPI.hpp"
+#include "SampleBoardTest.h"
 #include "SlotNames.h"
-#include "TestPaths.h"
-#include "TestSystem.h"
 #include "platform.h"
 
 namespace fs = std::filesystem;
+using testing_support::NoChildren;
 using testing_support::TempDir;
 
 namespace {
-
-std::vector<std::string> ReadLines(const std::string& path) {
-    std::vector<std::string> lines;
-    std::ifstream in(path);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
-
-// The class id column of every journal line.
-std::vector<int> JournalClassIds(const std::string& path) {
-    std::vector<int> ids;
-    for (const std::string& line : ReadLines(path)) {
-        std::istringstream fields(line);
-        std::string seq, id;
-        std::getline(fields, seq, '\t');
-        std::getline(fields, id, '\t');
-        ids.push_back(id == "-" ? -1 : std::stoi(id));
-    }
-    return ids;
-}
 
 bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 5000) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
@@ -49,26 +28,15 @@ bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 5000) {
     return true;
 }
 
-using testing_support::NoChildren;
-
-std::string g_dataFolder;
-
-// Running reference viewers whose command line names this test's data folder.
-int ViewerCount() { return testing_support::RunningProcessesWith("-LAUNCH-FROM-KAPI", g_dataFolder); }
-
-class LaunchTest : public ::testing::Test {
+class LaunchTest : public testing_support::SampleBoardTest {
 protected:
-    void SetUp() override {
-        testing_support::SetEnv("KPCB_DATA_DIR", data.path());
-        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
-        g_dataFolder = data.path();
-        std::filesystem::copy_file(testing_support::SampleBoard(), board);
+    std::vector<int> JournalClassIds() const {
+        std::vector<int> ids;
+        for (const auto& line : Journal()) ids.push_back(line.classId);
+        return ids;
     }
-    void TearDown() override { testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL"); }
-
-    TempDir data;
-    std::string journal = data / "journal.txt";
-    std::string board = data / "board.pdbba";
+    // Running reference viewers whose command line names this test's data folder.
+    int ViewerCount() const { return testing_support::RunningProcessesWith("-LAUNCH-FROM-KAPI", dir.path()); }
 };
 
 // A copy of the shared library in a folder of its own, with chosen viewer files beside it.
@@ -104,9 +72,6 @@ public:
     void* handle = nullptr;
 };
 
-// A viewer's executable file name.
-std::string ViewerFile(const std::string& name) { return name + platform::ExecutableSuffix(); }
-
 }  // namespace
 
 TEST_F(LaunchTest, LaunchDriveAndExitWithoutWaiting) {
@@ -118,54 +83,68 @@ TEST_F(LaunchTest, LaunchDriveAndExitWithoutWaiting) {
     const double angle = 45;
     EXPECT_EQ(KPCB_RotateBoard(pid, &angle), 0);
     EXPECT_EQ(KPCB_SetMainTitle(pid, "Main board"), 0) << "the viewer answers the title";
-    EXPECT_EQ(JournalClassIds(journal), (std::vector<int>{8, 8, 12, 27}));
+    EXPECT_EQ(JournalClassIds(), (std::vector<int>{8, 8, 12, 27}));
 
     EXPECT_EQ(KPCB_Exit(pid, 0), KPCB_EXIT_NOT_WAITED);
     EXPECT_EQ(KPCB_Exit(pid, 0), KPCB_NOT_RUNNING) << "forgotten, or already gone";
     EXPECT_TRUE(WaitUntil([&] { return KPCB_IsRunning(pid) == 0; }));
     EXPECT_TRUE(NoChildren());
     // The exit switched the red-mark tool off first.
-    EXPECT_EQ(JournalClassIds(journal).back(), 20);
+    EXPECT_EQ(JournalClassIds().back(), 20);
 }
 
+// With the connections kept between calls, so that a viewer that ends is seen to
+// have ended through what is kept as well.
 TEST_F(LaunchTest, TwoViewersSideBySideEachExitWaitsForItsOwn) {
+    ASSERT_EQ(KPCB_KeepConnections(1), 0);
     const int first = KPCB_Launch(CString(board), 1);
     const int second = KPCB_Launch(CString(board), 1);
     ASSERT_GT(first, 0);
     ASSERT_GT(second, 0);
     EXPECT_NE(first, second);
-    EXPECT_EQ(KPCB_SetMainTitle(first, "one"), 0);
-    EXPECT_EQ(KPCB_SetMainTitle(second, "two"), 0);
+    for (int pid : {first, second}) {
+        int pins = 0;
+        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), 0);
+        EXPECT_EQ(pins, 14);
+    }
     EXPECT_EQ(KPCB_Exit(first, 1), KPCB_OK);
     EXPECT_EQ(KPCB_IsRunning(first), 0);
     EXPECT_EQ(KPCB_Exit(first, 1), KPCB_NOT_RUNNING);
     EXPECT_EQ(KPCB_IsRunning(second), 1);
-    EXPECT_EQ(KPCB_Exit(second, 1), KPCB_OK);
+    platform::AbandonProcess(second);  // this one ends on its own
+    ASSERT_TRUE(platform::WaitProcessExit(second, 10000));
+    for (int pid : {first, second}) {
+        EXPECT_EQ(KPCB_ZoomIn(pid), KPCB_NOT_RUNNING);
+        int pins = 0;
+        EXPECT_EQ(KPCB_GetPinCountFromReference(pid, L"U1", &pins), KPCB_NOT_RUNNING);
+    }
+    EXPECT_EQ(KPCB_KeepConnections(0), 1);
     EXPECT_TRUE(NoChildren());
     EXPECT_EQ(KPCB_Exit(platform::CurrentProcessId(), 0), KPCB_NOT_RUNNING) << "not launched here";
-    const std::vector<std::string> log = ReadLines(data / "Log/KAPI.log");
-    ASSERT_FALSE(log.empty());
-    EXPECT_NE(log.front().find("\" -LAUNCH-FROM-KAPI-HIDE \"" + board + "\""), std::string::npos) << log.front();
+    std::ifstream log(dir / "Log/KAPI.log");
+    std::string firstLine;
+    ASSERT_TRUE(std::getline(log, firstLine));
+    EXPECT_NE(firstLine.find("\" -LAUNCH-FROM-KAPI-HIDE \"" + board + "\""), std::string::npos) << firstLine;
 }
 
 TEST_F(LaunchTest, MissingDesignFileIsMinus200AndStartsNothing) {
-    EXPECT_EQ(KPCB_Launch(CString(data / "missing.pdbb"), 0), KPCB_ERR_200);
+    EXPECT_EQ(KPCB_Launch(CString(dir / "missing.pdbb"), 0), KPCB_ERR_200);
     EXPECT_EQ(KPCB_Launch(static_cast<const wchar_t*>(nullptr)), KPCB_ERR_200);
     EXPECT_TRUE(NoChildren());
-    EXPECT_TRUE(ReadLines(journal).empty());
+    EXPECT_TRUE(Journal().empty());
 }
 
 TEST_F(LaunchTest, NegativeHelloIsReturnedAndNothingStored) {
     // A folder passes the existence test but cannot be read as a board: the viewer says -3.
-    const int result = KPCB_Launch(CString(data.path()), 0);
+    const int result = KPCB_Launch(CString(dir.path()), 0);
     EXPECT_EQ(result, -3);
     // So does a file that is not a board; the reason goes to the journal.
-    const std::string notABoard = data / "notes.pdbba";
+    const std::string notABoard = dir / "notes.pdbba";
     std::ofstream(notABoard) << "shopping list\n";
     EXPECT_EQ(KPCB_Launch(CString(notABoard), 0), -3);
-    const std::vector<std::string> journalLines = ReadLines(journal);
-    ASSERT_EQ(journalLines.size(), 2u);
-    for (const std::string& line : journalLines) EXPECT_NE(line.find("board not loaded"), std::string::npos) << line;
+    const auto lines = Journal();
+    ASSERT_EQ(lines.size(), 2u);
+    for (const auto& line : lines) EXPECT_NE(line.note.find("board not loaded"), std::string::npos) << line.note;
     EXPECT_TRUE(NoChildren());
 }
 
@@ -183,21 +162,12 @@ TEST_F(LaunchTest, ViewerThatCannotBeStartedIsMinus202) {
 }
 
 TEST_F(LaunchTest, ViewerNamesAreTriedInOrder) {
-    {
+    for (const auto& names : {std::vector<std::string>{"KorbinPCB_n"}, {"KorbinPCB_n", "KorbinPCB_l"}}) {
         LibraryCopy copy;
-        copy.AddViewer("KorbinPCB_n");
+        for (const auto& name : names) copy.AddViewer(name);
         const int pid = copy.Launch(board);
         ASSERT_GT(pid, 0);
-        EXPECT_EQ(testing_support::ExecutableNameOf(pid), ViewerFile("KorbinPCB_n"));
-        EXPECT_EQ(copy.Exit(pid, 1), 0);
-    }
-    {
-        LibraryCopy copy;
-        copy.AddViewer("KorbinPCB_n");
-        copy.AddViewer("KorbinPCB_l");
-        const int pid = copy.Launch(board);
-        ASSERT_GT(pid, 0);
-        EXPECT_EQ(testing_support::ExecutableNameOf(pid), ViewerFile("KorbinPCB_l"));
+        EXPECT_EQ(testing_support::ExecutableNameOf(pid), names.back() + platform::ExecutableSuffix());
         EXPECT_EQ(copy.Exit(pid, 1), 0);
     }
 }
@@ -210,6 +180,6 @@ TEST_F(LaunchTest, BusyReturnSlotIsMinusFiveAndLeavesNoViewerBehind) {
     // The viewer that was started is told to close and does, long before its
     // hello would have given up.
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    EXPECT_TRUE(WaitUntil([&] { return JournalClassIds(journal).empty() && ViewerCount() == 0; }, 10000));
+    EXPECT_TRUE(WaitUntil([&] { return Journal().empty() && ViewerCount() == 0; }, 10000));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }

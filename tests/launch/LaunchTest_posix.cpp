@@ -10,14 +10,11 @@
 #include "BoardGenerator.h"
 #include "CPdbbProcessor.h"
 #include "KPCBAPI.hpp"
-#include "TestPaths.h"
-#include "TestSystem.h"
+#include "SampleBoardTest.h"
 
-TEST(PosixLaunch, CallerSignalHandlersAreUntouched) {
-    testing_support::TempDir data;
-    testing_support::SetEnv("KPCB_DATA_DIR", data.path());
-    const std::string board = data / "board.pdbba";
-    std::filesystem::copy_file(testing_support::SampleBoard(), board);
+using PosixLaunch = testing_support::SampleBoardTest;
+
+TEST_F(PosixLaunch, CallerSignalHandlersAreUntouched) {
     struct sigaction before{}, after{};
     sigaction(SIGCHLD, nullptr, &before);
     const int pid = KPCB_Launch(CString(board), 1);
@@ -27,10 +24,8 @@ TEST(PosixLaunch, CallerSignalHandlersAreUntouched) {
     EXPECT_EQ(before.sa_handler, after.sa_handler);
 }
 
-TEST(PosixLaunch, BigBoardViewerRestartsInItsOwnProcess) {
-    testing_support::TempDir data;
-    testing_support::SetEnv("KPCB_DATA_DIR", data.path());
-    const std::string board = data / "big.pdbb";
+TEST_F(PosixLaunch, BigBoardViewerRestartsInItsOwnProcess) {
+    const std::string board = dir / "big.pdbb";
     CString error;
     ASSERT_TRUE(CPdbbProcessor::SaveBoardFile(CString(board.c_str()), *GenerateBoard(3000), error)) << error.str();
     ASSERT_GE(std::filesystem::file_size(board), 1u << 20) << "not big enough to restart";

@@ -5,12 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "CMailslot.h"
+#include "SampleBoardTest.h"
 #include "SlotNames.h"
-#include "TestPaths.h"
-#include "TestSystem.h"
 #include "platform.h"
 
 namespace {
@@ -25,12 +22,9 @@ bool IsMessageOnlyWindow(HWND window) {
 
 }  // namespace
 
-TEST(WindowsViewer, HelloIsAMessageOnlyWindowThatTakesTheCloseRequest) {
-    testing_support::TempDir data;
-    testing_support::SetEnv("KPCB_DATA_DIR", data.path());
-    const std::string board = data / "board.pdbba";
-    std::filesystem::copy_file(testing_support::SampleBoard(), board);
+using WindowsViewer = testing_support::SampleBoardTest;
 
+TEST_F(WindowsViewer, HelloIsAMessageOnlyWindowThatTakesTheCloseRequest) {
     CMailslot returnSlot(0, ReturnSlotName());
     ASSERT_EQ(returnSlot.Open(), 1);
     platform::SetSlotReadTimeout(returnSlot.GetHandle(), 30000);

@@ -3,17 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "KPCBAPI.hpp"
-#include "TestPaths.h"
-#include "TestSystem.h"
-
-namespace fs = std::filesystem;
+#include "SampleBoardTest.h"
 
 // AddressSanitizer holds freed memory back (its quarantine), so resident size says
 // nothing about leaks in such a build; its own leak check covers that instead.
@@ -33,12 +28,11 @@ long CallsFromEnvironment(const char* name, long fallback) {
     return value ? std::atol(value) : fallback;
 }
 
-class Soak : public ::testing::Test {
+// A viewer on the sample board for the whole test.
+class Soak : public testing_support::SampleBoardTest {
 protected:
     void SetUp() override {
-        testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
-        testing_support::SetEnv("KPCB_VIEWER_JOURNAL", journal);
-        fs::copy_file(testing_support::SampleBoard(), board);
+        SampleBoardTest::SetUp();
         pid = KPCB_Launch(CString(board), 1);
         ASSERT_GT(pid, 0);
     }
@@ -46,18 +40,8 @@ protected:
         if (pid > 0) {
             EXPECT_EQ(KPCB_Exit(pid, 1), 0);
         }
-        testing_support::UnsetEnv("KPCB_VIEWER_JOURNAL");
+        SampleBoardTest::TearDown();
     }
-    size_t JournalLines() {
-        std::ifstream in(journal);
-        size_t n = 0;
-        for (std::string line; std::getline(in, line);) ++n;
-        return n;
-    }
-
-    testing_support::TempDir dir;
-    std::string journal = dir / "journal.txt";
-    std::string board = dir / "board.pdbba";
     int pid = 0;
 };
 
@@ -98,7 +82,7 @@ TEST_F(Soak, ManyThreadsOfOneWayCommandsLoseNothing) {
     for (int t = 0; t < threads; ++t) EXPECT_EQ(failures[t], 0) << "thread " << t;
     // A waiting call is served after everything sent before it.
     EXPECT_EQ(KPCB_SetMainTitle(pid, "done"), 0);
-    EXPECT_EQ(JournalLines(), static_cast<size_t>(threads * perThread + 1));
+    EXPECT_EQ(Journal().size(), static_cast<size_t>(threads * perThread + 1));
 }
 
 TEST_F(Soak, ResidentMemoryAndDescriptorsStayFlat) {

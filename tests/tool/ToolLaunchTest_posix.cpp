@@ -2,48 +2,28 @@
 // through its pid; only the launching process could close it with exit.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "KPCBAPI.h"
-#include "TestPaths.h"
-#include "TestSystem.h"
+#include "SampleBoardTest.h"
 #include "ToolRun.h"
 #include "platform.h"
 
-using testing_support::TempDir;
 using tool_test::RunKpcb;
 
-namespace {
+using ToolLaunch = testing_support::SampleBoardTest;
 
-// Ends a viewer that this process did not launch: SIGTERM is its close request.
-class ViewerProcess {
-public:
-    explicit ViewerProcess(int pid) : m_pid(pid) {}
-    ~ViewerProcess() {
-        if (m_pid > 0 && platform::ProcessExists(m_pid)) {
-            platform::RequestClose(m_pid, 0);
-            platform::WaitProcessExit(m_pid, 10000);
-        }
-    }
-    ViewerProcess(const ViewerProcess&) = delete;
-    ViewerProcess& operator=(const ViewerProcess&) = delete;
-
-private:
-    int m_pid;
-};
-
-}  // namespace
-
-TEST(ToolLaunch, ViewerOutlivesTheLaunchingCall) {
-    TempDir dir;
-    testing_support::SetEnv("KPCB_DATA_DIR", dir.path());
-    std::filesystem::copy_file(testing_support::SampleBoard(), dir / "board.pdbba");
-
+TEST_F(ToolLaunch, ViewerOutlivesTheLaunchingCall) {
     const auto launched = RunKpcb({"launch-hidden", "board.pdbba"}, dir.path());
     ASSERT_EQ(launched.status, 0) << launched.err;
     ASSERT_GT(tool_test::NumberLine(launched.out), 0) << launched.out;
     const std::string pid = std::to_string(tool_test::NumberLine(launched.out));
-    ViewerProcess viewer(std::stoi(pid));
+    // This process did not launch it: SIGTERM, the viewer's close request, ends it.
+    struct Closer {
+        int pid;
+        ~Closer() {
+            platform::RequestClose(pid, 0);
+            platform::WaitProcessExit(pid, 10000);
+        }
+    } closer{std::stoi(pid)};
 
     EXPECT_EQ(RunKpcb({"is-running", "--pid", pid}).out, "running\n");
     const auto zoom = RunKpcb({"zoom-in", "--pid", pid});

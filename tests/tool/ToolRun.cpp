@@ -34,33 +34,14 @@ int NumberLine(const std::string& text) {
     return std::stoi(text);
 }
 
-int PinLinesOf(const std::string& boardFile, const std::string& reference) {
-    std::ifstream file(boardFile);
-    int pins = 0;
-    bool inside = false;
-    for (std::string line; std::getline(file, line);) {
-        if (line.rfind("COMP ", 0) == 0) {
-            inside = line.rfind("COMP " + reference + " ", 0) == 0;
-        } else if (inside && line.rfind("PIN ", 0) == 0) {
-            ++pins;
-        } else if (line.empty()) {
-            inside = false;
-        }
-    }
-    return pins;
-}
-
-std::string PathBeside(const std::string& program) {
-    return testing_support::BinDir() + platform::PathSeparator() + program + platform::ExecutableSuffix();
-}
-
 ToolResult RunBeside(const std::string& program, const std::vector<std::string>& args, const std::string& cwd,
                      const std::string& input) {
     testing_support::TempDir streams;
     const std::string in = streams / "in", out = streams / "out", err = streams / "err";
     std::ofstream(in, std::ios::binary) << input;
     ToolResult result;
-    result.status = RunProgram(PathBeside(program), args, cwd, in, out, err);
+    const std::string exe = testing_support::Join(testing_support::BinDir(), program + platform::ExecutableSuffix());
+    result.status = RunProgram(exe, args, cwd, in, out, err);
     result.out = ReadAll(out);
     result.err = ReadAll(err);
     return result;

@@ -23,14 +23,8 @@ inline ToolResult RunKpcb(const std::vector<std::string>& args, const std::strin
     return RunBeside("kpcb", args, cwd, input);
 }
 
-// How many pins the board's text form lists for the component.
-int PinLinesOf(const std::string& boardFile, const std::string& reference);
-
 // The number of a text that is one line holding only a whole number (a pid), else 0.
 int NumberLine(const std::string& text);
-
-// The path of a program beside the test program.
-std::string PathBeside(const std::string& program);
 
 // Implemented per platform: runs exe with args, standard streams from and to the
 // given files. Gives the exit status, or -1.

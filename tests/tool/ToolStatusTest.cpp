@@ -38,13 +38,10 @@ TEST_F(ToolStatus, CodesBecomeExitStatusesAndMessages) {
         std::string out;
     } cases[] = {
         {{"zoom-in", "--pid", kDeadPid}, 3, "kpcb: zoom-in: -4: the viewer is not running", ""},
-        {{"pin-count-ref", "--pid", kDeadPid, "U1"}, 3, "kpcb: pin-count-ref: -4: the viewer is not running", ""},
         {{"cw-count", "--pid", kDeadPid}, 3, "kpcb: cw-count: -4: the viewer is not running", ""},  // a count or a code
         {{"exit", "--pid", kDeadPid, "--wait"}, 3, "-4: the viewer is not running", ""},
         {{"is-running", "--pid", kDeadPid}, 1, "", "not running\n"},
         {{"zoom-in"}, 2, "--pid", ""},
-        {{"launch-hidden", dir / "no-such-board.pdbba"}, 6, "kpcb: launch-hidden: -200: the board file does not exist",
-         ""},
         {{"is-running", "--pid", self}, 0, "", "running\n"},
         {{"zoom-in", "--pid", self}, 4, "kpcb: zoom-in: -5: no viewer serves this process id", ""},
         {{"highlight", "--pid", self, "3", "GND"}, 6, "-200: the object kind is not 0, 1 or 2", ""},

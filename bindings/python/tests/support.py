@@ -1,15 +1,13 @@
 """Shared pieces of the binding's tests: the environment, a board file, and a
-fake viewer that answers from inside the test process."""
+reference viewer launched on it whose journal shows what reached it."""
 
 import atexit
 import os
 import shutil
-import socket
 import struct
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 import unittest
 
@@ -27,9 +25,8 @@ WORK_DIR = tempfile.mkdtemp(prefix="kpcb-python-tests-")
 atexit.register(shutil.rmtree, WORK_DIR, True)
 os.environ.setdefault("KPCB_DATA_DIR", os.path.join(WORK_DIR, "data"))
 
-# A fault in a test's fake viewer fails that test instead of hanging the run.
-REPLY_TIMEOUT = 60
-kpcb.set_reply_timeout(REPLY_TIMEOUT)
+# A viewer that stops answering fails its test instead of hanging the run.
+kpcb.set_reply_timeout(60)
 
 
 def library_dir():
@@ -60,6 +57,21 @@ def board_file():
     return _board
 
 
+def board_pins():
+    """{(reference, pin): net} of the board's text form ("" for a pin on no net)."""
+    pins, ref = {}, None
+    with open(board_file(), encoding="utf-8") as f:
+        for line in f:
+            words = line.split()
+            if words[:1] == ["COMP"]:
+                ref = words[1]
+            elif words[:1] == ["PIN"] and ref:
+                pins[(ref, words[1])] = words[-1].strip('"')
+            elif not words:
+                ref = None
+    return pins
+
+
 def wait_for(predicate, timeout=10.0):
     deadline = time.monotonic() + timeout
     while time.monotonic() < deadline:
@@ -70,38 +82,8 @@ def wait_for(predicate, timeout=10.0):
     return predicate()
 
 
-# ---- archive images (little-endian, as the library writes them) ---------------
-
-def i32(value):
-    return struct.pack("<i", value)
-
-
-def f64(value):
-    return struct.pack("<d", value)
-
-
-def cstring(text):
-    """A string of fewer than 255 bytes, the only length the tests use."""
-    data = text.encode("utf-8")
-    assert len(data) < 0xFF
-    return bytes([len(data)]) + data
-
-
-def count(n):
-    assert n < 0xFFFF
-    return struct.pack("<H", n)
-
-
-def strings(items):
-    return count(len(items)) + b"".join(cstring(s) for s in items)
-
-
-def doubles(values):
-    return count(len(values)) + b"".join(f64(v) for v in values)
-
-
 class Reader:
-    """Reads the fields of a command payload."""
+    """Reads the fields of a record's payload (little-endian, short forms only)."""
 
     def __init__(self, payload):
         self.data, self.at = payload, 0
@@ -113,140 +95,58 @@ class Reader:
         self.at += n
         return chunk
 
-    def i32(self):
-        return struct.unpack("<i", self.take(4))[0]
-
-    def f64(self):
-        return struct.unpack("<d", self.take(8))[0]
-
-    def count(self):
-        n = struct.unpack("<H", self.take(2))[0]
-        assert n != 0xFFFF, "long count"
-        return n
+    def number(self, form, size):
+        return struct.unpack(form, self.take(size))[0]
 
     def cstring(self):
         n = self.take(1)[0]
         assert n != 0xFF, "long string"
         return self.take(n).decode("utf-8")
 
-    def strings(self):
-        return [self.cstring() for _ in range(self.count())]
-
-    def u32(self):
-        return struct.unpack("<I", self.take(4))[0]
-
     def fields(self, layout):
         """Reads fields by letter: i int, u unsigned, d double, s string, l list of
         strings; the whole payload must be used."""
-        read = {"i": self.i32, "u": self.u32, "d": self.f64, "s": self.cstring, "l": self.strings}
+        read = {"i": lambda: self.number("<i", 4), "u": lambda: self.number("<I", 4),
+                "d": lambda: self.number("<d", 8), "s": self.cstring,
+                "l": lambda: [self.cstring() for _ in range(self.number("<H", 2))]}
         values = tuple(read[letter]() for letter in layout)
         if self.at != len(self.data):
             raise ValueError("%d bytes left after the fields %r" % (len(self.data) - self.at, layout))
         return values
 
 
-def command_slot_name(pid):
-    return "\\\\.\\mailslot\\KPCB\\RCIMR\\%d" % pid
+class LiveViewerTestCase(unittest.TestCase):
+    """Runs its tests against one reference viewer, launched hidden on the board
+    with its journal on."""
 
+    @classmethod
+    def setUpClass(cls):
+        cls.journal = os.path.join(tempfile.mkdtemp(dir=WORK_DIR), "journal.txt")
+        os.environ["KPCB_VIEWER_JOURNAL"] = cls.journal
+        try:
+            cls.viewer = kpcb.Viewer.launch(board_file(), hide=True)
+        finally:
+            del os.environ["KPCB_VIEWER_JOURNAL"]
 
-def reply_slot_name(pid):
-    return "\\\\.\\mailslot\\KAPI\\RCIMR\\%d" % pid
+    @classmethod
+    def tearDownClass(cls):
+        cls.viewer.exit()
 
+    def journal_records(self):
+        """(class name, payload after the class id) of every record received; the
+        second copy of a record sent twice is left out."""
+        with open(self.journal, encoding="utf-8") as f:
+            lines = [line.rstrip("\n").split("\t") for line in f]
+        return [(fields[2], bytes.fromhex(fields[3])[4:]) for fields in lines
+                if fields[1] != "-" and fields[4:] != ["second copy answered"]]
 
-def slot_address(name):
-    return b"\0" + name.encode("ascii")
-
-
-class FakeViewer:
-    """Owns the command slot of this test process's own id, so that
-    kpcb.Viewer(os.getpid()) talks to it (the process runs, so the library's
-    liveness test passes). answer(class_id, reader) gives the reply payload to
-    send back, or None for a command that is not answered; every frame received
-    is kept in .requests as (class id, payload)."""
-
-    def __init__(self, answer):
-        self.answer = answer
-        self.pid = os.getpid()
-        self.requests = []
-        self._pending = None
-        self._stop = threading.Event()
-        self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-        self._socket.bind(slot_address(command_slot_name(self.pid)))
-        self._socket.settimeout(0.05)
-        self._thread = threading.Thread(target=self._serve, daemon=True)
-
-    def __enter__(self):
-        self._thread.start()
-        return kpcb.Viewer(self.pid)
-
-    def __exit__(self, *exc):
-        self._stop.set()
-        self._thread.join()
-        self._socket.close()
-        return False
-
-    def _receive(self):
-        while not self._stop.is_set():
-            try:
-                return self._socket.recv(1 << 20)
-            except socket.timeout:
-                continue
-        return None
-
-    def _serve(self):
-        while True:
-            prefix = self._receive()
-            if prefix is None:
-                return
-            if len(prefix) != 4:
-                continue
-            length = struct.unpack("<I", prefix)[0]
-            payload = self._receive() if length else b""
-            if payload is None:
-                return
-            class_id = struct.unpack("<i", payload[:4])[0] if len(payload) >= 4 else -1
-            self.requests.append((class_id, payload))
-            if arrives_twice(payload):
-                # The library sends these twice, the first copy before its reply
-                # slot exists: answer the second.
-                first, self._pending = self._pending != payload, payload
-                if first:
-                    continue
-                self._pending = None
-            reply = self.answer(class_id, Reader(payload[4:]))
-            if reply is not None:
-                send_frame(reply_slot_name(self.pid), reply)
-
-
-def arrives_twice(payload):
-    """Highlights, net sections and the calling-status question come twice."""
-    class_id = payload[:4]
-    return class_id in (i32(3), i32(6)) or (class_id == i32(24) and payload[4:8] == i32(1))
-
-
-def send_frame(slot, payload):
-    """Sends one frame (length, then payload) to a slot; quietly nothing when the
-    slot does not exist (a copy of a request sent before its reply slot was made)."""
-    out = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-    try:
-        out.connect(slot_address(slot))
-        out.send(struct.pack("<I", len(payload)))
-        if payload:
-            out.send(payload)
-    except OSError:
-        pass
-    finally:
-        out.close()
-
-
-def answer_every_query(code, *fields):
-    """An answer function: every request gets the reply code with fields."""
-    return lambda class_id, reader: i32(code) + b"".join(fields)
-
-
-def merge_reply(code, mode=0, cw_count=0, ccw_count=0, cw_points=0, ccw_points=0, point=(0.0, 0.0),
-                cw_xy=((), ()), ccw_xy=((), ())):
-    """The image of a polygon-merge reply."""
-    return (i32(code) + i32(mode) + i32(cw_count) + i32(ccw_count) + i32(cw_points) + i32(ccw_points) +
-            f64(point[0]) + f64(point[1]) + doubles(cw_xy[0]) + doubles(cw_xy[1]) + doubles(ccw_xy[0]) +
-            doubles(ccw_xy[1]))
+    def sent_by(self, action, *layouts):
+        """Runs action and returns what it sent, as (class name, fields) per record,
+        the fields of each read by the matching layout of Reader.fields."""
+        before = len(self.journal_records())
+        action()
+        # The viewer serves in order: once a query is answered, all is in.
+        self.viewer.red_mark_call_status()
+        records = self.journal_records()[before:-1]
+        self.assertEqual(len(records), len(layouts), [name for name, _ in records])
+        return [(name, Reader(payload).fields(layout)) for (name, payload), layout in zip(records, layouts)]

@@ -1,21 +1,22 @@
-"""Status codes and their exceptions: the mapping itself, and each code as it
-reaches a caller through the library."""
+"""Status codes and their exceptions: the mapping itself, and codes as they reach
+a caller through the library."""
 
 import os
 import tempfile
 import unittest
 
 import support
-from support import FakeViewer, answer_every_query, kpcb
+from support import kpcb
 
-EXPECTED = {
-    -4: kpcb.NotRunningError,
-    -5: kpcb.SlotUnavailableError,
-    -7: kpcb.NoReplyError,
-    -200: kpcb.ViewerRefusedError,
-    -201: kpcb.ViewerRefusedError,
-    -202: kpcb.ViewerRefusedError,
-}
+
+class AnswersEverything:
+    """Stands in for the library: every function returns code."""
+
+    def __init__(self, code):
+        self.code = code
+
+    def __getattr__(self, name):
+        return lambda *args: self.code
 
 
 class MappingTest(unittest.TestCase):
@@ -34,6 +35,19 @@ class MappingTest(unittest.TestCase):
         self.assertEqual(error.meaning, "no such red mark")
         self.assertEqual(kpcb.error_for(-5, None, {-200: "x"}).meaning, kpcb.errors.status_text(-5))
 
+    def test_pin_highlight_raises_for_any_answer_but_zero(self):
+        cases = {-4: kpcb.NotRunningError, -5: kpcb.SlotUnavailableError, -7: kpcb.NoReplyError,
+                 -200: kpcb.ViewerRefusedError, -201: kpcb.ViewerRefusedError, -202: kpcb.ViewerRefusedError,
+                 -3: kpcb.KpcbError, 5: kpcb.KpcbError}
+        viewer = kpcb.Viewer(os.getpid())
+        for code, cls in cases.items():
+            with self.subTest(code=code):
+                viewer._dll = AnswersEverything(code)
+                with self.assertRaises(kpcb.KpcbError) as caught:
+                    viewer.highlight_pins("U1", ["1"], (255, 0, 0))
+                self.assertIs(type(caught.exception), cls)
+                self.assertEqual((caught.exception.code, caught.exception.function), (code, "KPCB_Highlight_RefPin"))
+
 
 class ThroughTheLibraryTest(unittest.TestCase):
     def test_exit_of_a_viewer_not_launched_here(self):
@@ -45,23 +59,13 @@ class ThroughTheLibraryTest(unittest.TestCase):
         with self.assertRaises(ValueError):
             kpcb.set_reply_timeout(-1)
 
-    def test_viewer_answer_passed_back_as_it_stands(self):
-        # The pin highlight hands back whatever code the viewer answers.
-        # A positive answer is a failure too.
-        for code, cls in list(EXPECTED.items()) + [(-3, kpcb.KpcbError), (-999, kpcb.KpcbError), (5, kpcb.KpcbError)]:
+    def test_codes_of_a_dead_viewer_and_of_a_process_that_is_none(self):
+        # This process runs but serves no command slot.
+        for pid, cls, code in [(99999999, kpcb.NotRunningError, -4), (os.getpid(), kpcb.SlotUnavailableError, -5)]:
             with self.subTest(code=code):
-                with FakeViewer(answer_every_query(code)) as viewer:
-                    with self.assertRaises(kpcb.KpcbError) as caught:
-                        viewer.highlight_pins("U1", ["1"], (255, 0, 0))
-                self.assertIs(type(caught.exception), cls)
-                self.assertEqual(caught.exception.code, code)
-                self.assertEqual(caught.exception.function, "KPCB_Highlight_RefPin")
-
-    def test_net_pins_unknown_pin(self):
-        with FakeViewer(answer_every_query(-200, support.cstring("N"), support.strings([]))) as viewer:
-            with self.assertRaises(kpcb.ViewerRefusedError) as caught:
-                viewer.net_pins("U1", "99")
-        self.assertIn("no such pin", caught.exception.meaning)
+                with self.assertRaises(cls) as caught:
+                    kpcb.Viewer(pid).zoom_in()
+                self.assertEqual((caught.exception.code, caught.exception.function), (code, "KPCB_ZoomIn"))
 
     def test_launch_failures_say_what_they_mean_at_launch(self):
         # A folder exists but cannot be read as a board: the viewer says -3 in its hello.

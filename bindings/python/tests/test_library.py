@@ -79,7 +79,6 @@ class FindLibraryTest(unittest.TestCase):
             _library.find_library({}, lonely)
 
 
-
 # C parameter types of the header and the ctypes types that stand for them.
 C_TYPES = {
     "int": ctypes.c_int,
@@ -137,13 +136,6 @@ class PrototypesTest(unittest.TestCase):
                 restype, argtypes = declared[name]
                 self.assertIs(restype, C_TYPES[result])
                 self.assertEqual(argtypes, [C_TYPES[p] for p in params])
-
-    def test_loaded_library_carries_them(self):
-        dll = kpcb.library()
-        for name, (restype, argtypes) in _library.PROTOTYPES.items():
-            with self.subTest(function=name):
-                self.assertIs(getattr(dll, name).restype, restype)
-                self.assertEqual(getattr(dll, name).argtypes, argtypes)
 
 
 if __name__ == "__main__":
