@@ -130,6 +130,67 @@ void PutBoard(CArchive& ar, const CPdb& pdb, int version) {
     }
 }
 
+// Whether pdb can be written as that version; false with the problem.
+bool Writable(const CPdb& pdb, int version, CString& error) {
+    if (version < CPdbbProcessor::kOldestFormatVersion || version > CPdbbProcessor::kFormatVersion) {
+        error.Format("format version %d cannot be written (this program writes %d..%d)", version,
+                     CPdbbProcessor::kOldestFormatVersion, CPdbbProcessor::kFormatVersion);
+        return false;
+    }
+    if (!pdb.Validate(error)) return false;
+    if (version == 1) {
+        if (const char* newer = NewerThanVersion1(pdb)) {
+            error.Format("the board holds %s, which format version 1 cannot hold", newer);
+            return false;
+        }
+    }
+    return true;
+}
+
+// Passes writes on to another file, keeping their count and their CRC-32 as they go,
+// so that the data needs no second pass and no copy for its header.
+class CrcCountingFile : public CFile {
+public:
+    explicit CrcCountingFile(CFile& out) : m_out(out) {}
+    UINT Read(void*, UINT) override { throw CInvalidArgException(); }
+    void Write(const void* buffer, UINT count) override {
+        m_crc = Crc32(buffer, count, m_crc);
+        m_size += count;
+        m_out.Write(buffer, count);
+    }
+    ULONGLONG Seek(int64_t, UINT) override { throw CInvalidArgException(); }
+    ULONGLONG GetLength() const override { return m_size; }
+    void SetLength(ULONGLONG) override { throw CInvalidArgException(); }
+    ULONGLONG GetPosition() const override { return m_size; }
+    uint32_t Crc() const { return m_crc; }
+
+private:
+    CFile& m_out;
+    uint32_t m_crc = 0;
+    ULONGLONG m_size = 0;
+};
+
+void PutHeader(CFile& file, int version, uint64_t size, uint32_t crc) {
+    CArchive ar(&file, CArchive::store, CPdbbProcessor::kHeaderSize);
+    ar.Write(kMagic, sizeof kMagic);
+    ar << static_cast<uint32_t>(version) << size << crc;
+    ar.Close();
+}
+
+// Writes the file's image from the start of an empty file: a header whose size and
+// CRC are filled in once the data behind it is written.
+void PutImage(CFile& file, const CPdb& pdb, int version) {
+    PutHeader(file, version, 0, 0);
+    CrcCountingFile data(file);
+    {
+        CArchive ar(&data, CArchive::store, 1 << 16);
+        PutBoard(ar, pdb, version);
+        ar.Close();
+    }
+    file.Seek(0, CFile::begin);
+    PutHeader(file, version, data.GetLength(), data.Crc());
+}
+
 // ---- Reading ----------------------------------------------------------------
 
 // Contents that cannot be a board: a bad index, an unknown code, a repeated name.
@@ -368,13 +429,12 @@ int CPdbbProcessor::SavePDB(const CString& path, CPdb* pdb, int overwrite, int t
             return 0;
         }
     }
-    std::vector<unsigned char> image;
     CString error;
-    if (!SavePDBToMemory(*pdb, image, error)) {
+    if (!Writable(*pdb, kFormatVersion, error)) {
         m_LastError.Format("%s: %s", path.GetString(), error.GetString());
         return 0;
     }
-    if (!pdbfile::WriteAll(path, image.data(), image.size(), overwrite != 0, error)) {
+    if (!pdbfile::WriteThrough(path, overwrite != 0, [&](CFile& file) { PutImage(file, *pdb, kFormatVersion); }, error)) {
         m_LastError = error;
         return 0;
     }
@@ -391,34 +451,9 @@ int CPdbbProcessor::SavePDB(const CString& path, CPdb* pdb, int overwrite, int t
 
 bool CPdbbProcessor::SavePDBToMemory(const CPdb& pdb, std::vector<unsigned char>& image, CString& error,
                                      int version) {
-    if (version < kOldestFormatVersion || version > kFormatVersion) {
-        error.Format("format version %d cannot be written (this program writes %d..%d)", version,
-                     kOldestFormatVersion, kFormatVersion);
-        return false;
-    }
-    if (!pdb.Validate(error)) return false;
-    if (version == 1) {
-        if (const char* newer = NewerThanVersion1(pdb)) {
-            error.Format("the board holds %s, which format version 1 cannot hold", newer);
-            return false;
-        }
-    }
-    CByteFile data;
-    {
-        CArchive ar(&data, CArchive::store, 1 << 16);
-        PutBoard(ar, pdb, version);
-        ar.Close();
-    }
+    if (!Writable(pdb, version, error)) return false;
     CByteFile file;
-    file.Bytes().reserve(kHeaderSize + data.Bytes().size());
-    {
-        CArchive ar(&file, CArchive::store, 1 << 16);
-        ar.Write(kMagic, sizeof kMagic);
-        ar << static_cast<uint32_t>(version) << static_cast<uint64_t>(data.Bytes().size())
-           << Crc32(data.Bytes().data(), data.Bytes().size());
-        ar.Write(data.Bytes().data(), data.Bytes().size());
-        ar.Close();
-    }
+    PutImage(file, pdb, version);
     image = std::move(file.Bytes());
     return true;
 }
@@ -512,11 +547,10 @@ std::unique_ptr<CPdb> CPdbbProcessor::LoadBoardFile(const CString& path, CString
 
 bool CPdbbProcessor::SaveBoardFile(const CString& path, const CPdb& pdb, CString& error) {
     if (LowerExtension(path) == ".pdbba") return CPdbText::WriteFile(pdb, path, error);
-    std::vector<unsigned char> image;
     CString problem;
-    if (!SavePDBToMemory(pdb, image, problem)) {
+    if (!Writable(pdb, kFormatVersion, problem)) {
         error.Format("%s: %s", path.GetString(), problem.GetString());
         return false;
     }
-    return pdbfile::WriteAll(path, image.data(), image.size(), true, error);
+    return pdbfile::WriteThrough(path, true, [&](CFile& file) { PutImage(file, pdb, kFormatVersion); }, error);
 }

@@ -97,7 +97,50 @@ bool ReadAll(const CString& path, std::string& bytes, CString& error) {
     return true;
 }
 
+namespace {
+// A write-only CFile over an open stdio file; remembers whether any write failed.
+class StdioSink : public CFile {
+public:
+    explicit StdioSink(std::FILE* file) : m_file(file) {}
+    UINT Read(void*, UINT) override { throw CInvalidArgException(); }
+    void Write(const void* buffer, UINT count) override {
+        if (std::fwrite(buffer, 1, count, m_file) != count) m_failed = true;
+        m_position += count;
+        m_length = std::max(m_length, m_position);
+    }
+    ULONGLONG Seek(int64_t offset, UINT from) override {
+        const int64_t base = from == current ? static_cast<int64_t>(m_position) : from == end ? static_cast<int64_t>(m_length) : 0;
+        if (base + offset < 0 || base + offset > static_cast<int64_t>(m_length)) throw CInvalidArgException();
+        if (std::fflush(m_file) != 0 || std::fseek(m_file, static_cast<long>(base + offset), SEEK_SET) != 0) m_failed = true;
+        m_position = static_cast<ULONGLONG>(base + offset);
+        return m_position;
+    }
+    ULONGLONG GetLength() const override { return m_length; }
+    void SetLength(ULONGLONG) override { throw CInvalidArgException(); }
+    ULONGLONG GetPosition() const override { return m_position; }
+    bool Failed() const { return m_failed; }
+
+private:
+    std::FILE* m_file;
+    ULONGLONG m_position = 0, m_length = 0;
+    bool m_failed = false;
+};
+}  // namespace
+
 bool WriteAll(const CString& path, const void* data, size_t size, bool overwrite, CString& error) {
+    return WriteThrough(
+        path, overwrite,
+        [&](CFile& file) {
+            for (size_t done = 0; done < size;) {  // CFile counts in UINT
+                const UINT chunk = static_cast<UINT>(std::min<size_t>(size - done, 0x40000000));
+                file.Write(static_cast<const BYTE*>(data) + done, chunk);
+                done += chunk;
+            }
+        },
+        error);
+}
+
+bool WriteThrough(const CString& path, bool overwrite, const std::function<void(CFile&)>& write, CString& error) {
     GCUtility& util = GCUtility::GetInstance();
     if (!overwrite && util.DoesFileOrDirExist(path, __FILE__, __LINE__)) {
         error.Format("%s: the file exists", path.GetString());
@@ -109,9 +152,16 @@ bool WriteAll(const CString& path, const void* data, size_t size, bool overwrite
         error.Format("%s: cannot create: %s", temp.GetString(), std::strerror(errno));
         return false;
     }
-    const bool written = std::fwrite(data, 1, size, file) == size;
+    StdioSink sink(file);
+    try {
+        write(sink);
+    } catch (...) {
+        std::fclose(file);
+        std::remove(temp.GetString());
+        throw;
+    }
     const bool closed = std::fclose(file) == 0;
-    if (!written || !closed) {
+    if (sink.Failed() || !closed) {
         error.Format("%s: write error", temp.GetString());
         std::remove(temp.GetString());
         return false;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,4 +44,8 @@ bool ReadAll(const CString& path, std::string& bytes, CString& error);
 // Writes the bytes to a temporary file beside path and renames it over path, so that
 // a failed write never leaves a partial file. overwrite 0 refuses an existing file.
 bool WriteAll(const CString& path, const void* data, size_t size, bool overwrite, CString& error);
+// As WriteAll, but write puts the bytes into the temporary file itself (a write-only
+// CFile that can seek back over what was written), so that a large file needs no
+// image in memory. An exception from write removes the temporary file and passes on.
+bool WriteThrough(const CString& path, bool overwrite, const std::function<void(CFile&)>& write, CString& error);
 }  // namespace pdbfile

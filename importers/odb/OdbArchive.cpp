@@ -24,9 +24,23 @@ ArchivePtr OpenArchive(const std::string& path) {
     return a;
 }
 
+// A member whose size the archive gives is read straight into its place in data;
+// what is left over (or all of a member of unknown size) is appended in blocks.
 bool ReadData(archive* a, std::string& data, la_int64_t sizeHint) {
     data.clear();
-    if (sizeHint > 0) data.reserve(static_cast<size_t>(sizeHint));
+    if (sizeHint > 0) {
+        data.resize(static_cast<size_t>(sizeHint));
+        size_t got = 0;
+        while (got < data.size()) {
+            const la_ssize_t n = archive_read_data(a, &data[got], data.size() - got);
+            if (n < 0) return false;
+            if (n == 0) {
+                data.resize(got);
+                return true;
+            }
+            got += static_cast<size_t>(n);
+        }
+    }
     char buffer[1 << 16];
     for (;;) {
         const la_ssize_t n = archive_read_data(a, buffer, sizeof buffer);

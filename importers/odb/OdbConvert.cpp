@@ -1,6 +1,7 @@
 #include "OdbConvert.h"
 
 #include <cmath>
+#include <utility>
 
 #include "OdbGeometry.h"
 #include "OdbText.h"
@@ -272,15 +273,15 @@ void BoardBuilder::ConvertDrill(const CODBlayer& layer, int edaLayer, const std:
     if (unplaced) m_Log.Warn(file, 0, std::to_string(unplaced) + " holes at no pin not kept (no via made)");
 }
 
-void BoardBuilder::AddSurface(const CODBlayObj& obj, int dbLayer, CPNet* net) {
+void BoardBuilder::AddSurface(CODBlayObj& obj, int dbLayer, CPNet* net) {
     CPArea* area = nullptr;
-    for (const CODBContour& contour : obj.m_Contours) {
+    for (CODBContour& contour : obj.m_Contours) {
         if (contour.m_Points.GetSize() < 3) continue;
         if (!contour.m_Hole) {
             area = m_Pdb.AddArea(dbLayer, net);
-            area->GetOutline() = contour.m_Points;
+            area->GetOutline() = std::move(contour.m_Points);
         } else if (area) {
-            *area->AddHole() = contour.m_Points;
+            *area->AddHole() = std::move(contour.m_Points);
         }
     }
 }
@@ -301,7 +302,7 @@ void BoardBuilder::AddPadArea(const SymbolShape& shape, const CODBlayObj& obj, i
     }
 }
 
-void BoardBuilder::ConvertLayer(const CODBlayer& layer, const std::string& file) {
+void BoardBuilder::ConvertLayer(CODBlayer& layer, const std::string& file) {
     m_ShapesOf = nullptr;  // another layer may sit where the last one was
     auto found = m_DbLayer.find(ToUpper(layer.m_Name.str()));
     if (found == m_DbLayer.end() || !layer.m_pMatrix) return;
@@ -319,7 +320,7 @@ void BoardBuilder::ConvertLayer(const CODBlayer& layer, const std::string& file)
     const int outerSide = dbLayer == layers.GetTopCopperIndex() ? 0 : dbLayer == layers.GetBottomCopperIndex() ? 1 : -1;
     int negative = 0, noNet = 0, notKept = 0;
     for (INT_PTR k = 0; k < layer.m_Objects.GetSize(); ++k) {
-        const CODBlayObj& obj = *layer.m_Objects.GetAt(k);
+        CODBlayObj& obj = *layer.m_Objects.GetAt(k);
         if (obj.m_Kind == CODBlayObj::Barcode) continue;
         if (!obj.m_Positive) {
             ++negative;

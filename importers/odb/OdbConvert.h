@@ -33,8 +33,9 @@ public:
 
     // Drill layers first (their holes decide what is a via), then every other layer.
     static bool IsDrill(const CODBmatrixLayer& layer);
-    // Converts one parsed layer; file names it in messages.
-    void ConvertLayer(const CODBlayer& layer, const std::string& file);
+    // Converts one parsed layer; file names it in messages. The surfaces' points are
+    // moved into the board: the layer's records are spent afterwards.
+    void ConvertLayer(CODBlayer& layer, const std::string& file);
     // Places components, pins and vias, and the outline from the profile (may be null).
     void Finish(const CODBlayer* profile, const std::string& profileFile);
 
@@ -69,7 +70,7 @@ private:
     const ToeRef* FeatureToe(int edaLayer, int feature) const;
     CPNet* NetOf(int edaNet) const;
     void ConvertDrill(const CODBlayer& layer, int edaLayer, const std::string& file);
-    void AddSurface(const CODBlayObj& obj, int dbLayer, CPNet* net);
+    void AddSurface(CODBlayObj& obj, int dbLayer, CPNet* net);
     void AddPadArea(const SymbolShape& shape, const CODBlayObj& obj, int dbLayer, CPNet* net);
     void PlacePins(const COwningArray<CODBcmp>& comps, bool bottom);
 

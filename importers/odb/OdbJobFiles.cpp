@@ -24,10 +24,21 @@ std::string Normalize(std::string_view name) {
     return key;
 }
 
-// Checksums, fonts, wheels and the writer's own folders carry nothing the board needs.
+// Only the files the import reads are kept (attribute lists, drill tools and the CAD
+// netlist are not, and they are a tenth of a big job); fonts, wheels and the writer's
+// own folders carry nothing the board needs.
 bool Wanted(std::string_view name) {
     const std::string key = Normalize(name);
-    if (EndsWith(key, ".sum")) return false;
+    const size_t slash = key.rfind('/');
+    std::string_view base = std::string_view(key).substr(slash == std::string::npos ? 0 : slash + 1);
+    for (std::string_view suffix : {".z", ".gz"}) {
+        if (EndsWith(base, suffix)) base.remove_suffix(suffix.size());
+    }
+    bool read = false;
+    for (const char* file : {"matrix", "info", "stephdr", "profile", "data", "features", "components"}) {
+        read = read || base == file;
+    }
+    if (!read) return false;
     for (const char* skip : {"fonts/", "wheels/", "user/", "input/", "output/", "extension/"}) {
         const size_t at = key.find(skip);
         if (at != std::string::npos && (at == 0 || key[at - 1] == '/')) return false;

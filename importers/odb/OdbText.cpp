@@ -2,11 +2,15 @@
 
 #include <cctype>
 #include <charconv>
+#include <cstdint>
 
 namespace odb {
 
 namespace {
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
+// Most characters are above the space: one comparison decides for them.
+bool IsBlank(char c) {
+    return static_cast<unsigned char>(c) <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
+}
 
 std::string_view Trim(std::string_view s) {
     while (!s.empty() && IsBlank(s.front())) s.remove_prefix(1);
@@ -77,8 +81,43 @@ std::string_view StripAttributes(std::string_view line) {
     return semi == std::string_view::npos ? line : Trim(line.substr(0, semi));
 }
 
+namespace {
+// Exact powers of ten: every one up to 1e22 is a double without rounding.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// A plain decimal ("-12.345678", no exponent) of at most 15 digits, the common case of
+// a coordinate: its digits and the power of ten are exact doubles, so the one division
+// is rounded once and gives the same double as from_chars. false for anything else.
+bool ParsePlainDecimal(std::string_view field, double& value) {
+    const char* p = field.data();
+    const char* end = p + field.size();
+    const bool negative = p != end && *p == '-';
+    if (negative) ++p;
+    uint64_t digits = 0;
+    int count = 0, fraction = -1;  // fraction: digits after the point, -1 before it
+    for (; p != end; ++p) {
+        const unsigned d = static_cast<unsigned char>(*p) - '0';
+        if (d <= 9) {
+            if (++count > 15) return false;
+            digits = digits * 10 + d;
+            if (fraction >= 0) ++fraction;
+        } else if (*p == '.' && fraction < 0) {
+            fraction = 0;
+        } else {
+            return false;
+        }
+    }
+    if (count == 0) return false;
+    const double magnitude = static_cast<double>(digits) / kPowersOfTen[fraction > 0 ? fraction : 0];
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+}  // namespace
+
 bool ParseDouble(std::string_view field, double& value) {
     if (!field.empty() && field.front() == '+') field.remove_prefix(1);
+    if (ParsePlainDecimal(field, value)) return true;
     const char* end = field.data() + field.size();
     auto result = std::from_chars(field.data(), end, value);
     return result.ec == std::errc() && result.ptr == end;
@@ -122,6 +161,7 @@ std::string ToUpper(std::string_view text) {
 }
 
 double UnitsLine(std::string_view line) {
+    if (line.empty() || (line[0] != 'U' && line[0] != 'u')) return 0;  // most lines, at once
     std::string_view value;
     if (line.size() > 6 && EqualsNoCase(line.substr(0, 6), "UNITS=")) {
         value = Trim(line.substr(6));
