@@ -6,6 +6,7 @@
 #include <map>
 #include <mutex>
 
+#include "FrameReader.h"
 #include "KPCBAPI.h"
 #include "SlotNames.h"
 #include "platform.h"

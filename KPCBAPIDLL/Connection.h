@@ -8,6 +8,8 @@
 
 #include "CMailslot.h"
 
+class CKPRCI__BaseRV;
+
 namespace kapi {
 
 class Connection {

@@ -2,7 +2,7 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "CMailslot.h"
+#include "FrameReader.h"
 #include "CUniversalLogger.h"
 #include "GCUtility.h"
 #include "KPCBAPI.hpp"

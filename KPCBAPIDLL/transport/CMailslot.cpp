@@ -1,18 +1,11 @@
 #include "CMailslot.h"
 
+#include <chrono>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <thread>
 
-#include "CArchive.h"
-#include "CKPRCI__Base.h"
 #include "CUniversalLogger.h"
-
-namespace {
-// How far an announced length may exceed the payload that arrives (the rest of the
-// memory file is zero-filled).
-constexpr uint32_t kLargestPadding = 16u << 20;
-}  // namespace
 
 CMailslot::CMailslot(const int& isClient_, const CString& name_) : isClient(isClient_), name(name_), handle(nullptr) {}
 
@@ -78,63 +71,22 @@ int WriteFrame(CMailslot& slot, const void* payload, uint32_t size) {
     return 0;
 }
 
-int CMailslot::ReceiveFrame(CMemFile& file) {
-    uint32_t length = 0;
-    if (!ReadBytes(&length, 4, 0)) return 0;
-    uint32_t waiting = 0;
-    if (length) {
-        // The memory file takes the announced size, but a length far beyond the
-        // payload that actually waits is refused rather than allocated.
-        if (!platform::NextSlotMessageSize(handle, &waiting)) return 0;
-        if (waiting > length) return 0;  // would not fit: the read fails, the message stays
-        if (length - waiting > kLargestPadding) return 0;
-    }
-    // A payload of the announced size overwrites every byte, so zeros first would be
-    // wasted; a shorter one leaves the rest as SetLength made it.
-    if (length && waiting == length)
-        file.SetLengthForOverwrite(length);
-    else
-        file.SetLength(length);
-    file.SeekToBegin();
-    void* start = nullptr;
-    file.GetBufferPtr(CFile::bufferRead, length, &start, nullptr);
-    // One read: a message is delivered whole, so the payload is one message.
-    const int result = length ? ReadBytes(start, length, 1) : 1;
-    file.SeekToBegin();
-    return result;
-}
-
-int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record) {
-    std::unique_ptr<CMemFile> owned(file);
-    if (!owned) return 0;
-    if (!slot.ReceiveFrame(*owned)) return 0;
-    return LoadReplyRecord(*owned, record);
-}
-
-int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record) {
-    if (file.GetLength() < 4) return 0;
-    try {
-        file.SeekToBegin();
-        unsigned char unused[4];
-        file.Read(unused, 4);
-        file.SeekToBegin();
-        CArchive ar(&file, CArchive::load, 4096);
-        // A reply is read by its fields: bytes after them are ignored, so that a
-        // viewer that adds a field later still answers callers built before it.
-        record.Serialize(ar);
-        ar.Close();
-    } catch (const std::exception&) {
-        return 0;  // a short or malformed image: no valid reply
+int OpenWhenReady(CMailslot& slot, int openWaitMs) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(openWaitMs);
+    while (!slot.Open()) {
+        if (std::chrono::steady_clock::now() >= deadline) return 0;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return 1;
 }
 
-int ReceiveLeadingInt(CMailslot& slot, int* value) {
-    uint32_t size = 0;
-    if (!platform::NextSlotMessageSize(slot.GetHandle(), &size)) return 0;
-    std::unique_ptr<unsigned char[]> message(new unsigned char[size < 4 ? 4 : size]);
-    uint32_t read = 0;
-    if (!platform::ReadSlot(slot.GetHandle(), message.get(), size, &read) || read < 4) return 0;
-    std::memcpy(value, message.get(), 4);
-    return 1;
+int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs) {
+    CMailslot slot(1, slotName);
+    if (!OpenWhenReady(slot, openWaitMs)) return 0;
+    return WriteFrame(slot, payload, size);
+}
+
+int SendMessageTo(const CString& slotName, const void* data, uint32_t size, int openWaitMs) {
+    CMailslot slot(1, slotName);
+    return OpenWhenReady(slot, openWaitMs) && slot.WriteBytes(data, size);
 }

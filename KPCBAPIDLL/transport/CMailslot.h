@@ -1,12 +1,11 @@
-// One end of a mailslot and the frame that travels through it: a 4-byte
-// little-endian length message, then (unless the length is 0) the payload message.
+// One end of a mailslot and the writing of the frame that travels through it: a
+// 4-byte little-endian length message, then (unless the length is 0) the payload
+// message. Frames are read by FrameReader.h.
 #pragma once
 
 #include "CMemFile.h"
 #include "CString.h"
 #include "platform.h"
-
-class CKPRCI__BaseRV;
 
 class CMailslot {
 public:
@@ -28,7 +27,9 @@ public:
     int ReadBytes(void* buffer, unsigned int count, int once);
     // Sends the whole file as one frame (WriteFrame); 1 on success.
     int SendFrame(CFile& file);
-    // Receives one frame into the file, sized as its length message announces; 1 on success.
+    // Receives one frame into the file, sized as its length message announces (a
+    // shorter payload leaves zeros after it); 1 on success. Waits as the slot's reads
+    // do. The frame decoder's rules apply (FrameReader.h).
     int ReceiveFrame(CMemFile& file);
 
     void* GetHandle() const { return handle; }
@@ -45,17 +46,10 @@ private:
 // within the slot's send wait fails and logs "Send Fail data : %d". 1 on success.
 int WriteFrame(CMailslot& slot, const void* payload, uint32_t size);
 
-// Reads the next message whole and takes its first 4 bytes as value (a hello or an
-// acknowledgement; bytes after them are ignored). 0 when none could be read or it is
-// shorter than 4 bytes; value is then untouched.
-int ReceiveLeadingInt(CMailslot& slot, int* value);
-
-// Receives one frame on slot into file and loads record from it. The file is
-// deleted on every path. 0 when no frame came, it is shorter than 4 bytes, or it is
-// too short for the record's fields (the record may then be partly filled). Bytes
-// after the fields are ignored.
-int ReceiveRecord(CMailslot& slot, CMemFile* file, CKPRCI__BaseRV& record);
-
-// Loads record from the start of file (a received payload): 1 when the file holds
-// at least 4 bytes and every field of the record; never throws.
-int LoadReplyRecord(CMemFile& file, CKPRCI__BaseRV& record);
+// Opens the write side of a slot that may appear a little later: retried for up to
+// openWaitMs. 1 when open.
+int OpenWhenReady(CMailslot& slot, int openWaitMs);
+// Writes one frame to the slot of that name, opened with OpenWhenReady. 1 on success.
+int SendFrameTo(const CString& slotName, const void* payload, uint32_t size, int openWaitMs);
+// Writes one bare message (no length message) to the slot of that name. 1 on success.
+int SendMessageTo(const CString& slotName, const void* data, uint32_t size, int openWaitMs);

@@ -1,9 +1,10 @@
-// The serving side's frame reader: whole frames out of the messages of a slot, and
-// what it does with messages that do not form one.
+// The frame decoder: whole frames out of the messages of a slot, what it does with
+// messages that do not form one, and the rules of a reply frame.
 #include <gtest/gtest.h>
 
 #include <chrono>
 
+#include "CKPRCI__Base.h"
 #include "FakeViewer.h"
 #include "FrameReader.h"
 #include "SlotTestSupport.h"
@@ -95,4 +96,34 @@ TEST(FrameReceiver, ALengthWithoutItsPayloadIsGivenUpAfterThePayloadWait) {
     WriteFrame(pair.writer, Bytes{3, 0, 0, 0});
     ASSERT_EQ(frames.Receive(pair.reader, file, 1000), FrameResult::Frame);
     EXPECT_EQ(Contents(file), (Bytes{3, 0, 0, 0}));
+}
+
+TEST(FrameReceiver, ReplyFramesTakeAShortPayloadAndRefuseWhatCannotBeBacked) {
+    using testing_support::LengthMessage;
+    struct Case {
+        const char* what;
+        std::vector<Bytes> messages;
+        int received;  // ReceiveFrame's result
+        Bytes file;    // the file after it
+    };
+    const std::vector<Case> cases = {
+        {"shorter payload: zeros after it", {LengthMessage(8), {1, 2, 3}}, 1, {1, 2, 3, 0, 0, 0, 0, 0}},
+        {"huge length: nothing sized", {LengthMessage(0xFFFFFFF0u), {1, 2, 3, 4}}, 0, {}},
+    };
+    for (const Case& c : cases) {
+        SlotPair pair("reply-rules");
+        for (const Bytes& message : c.messages) Write(pair.writer, message);
+        CMemFile file(1024);
+        EXPECT_EQ(pair.reader.ReceiveFrame(file), c.received) << c.what;
+        EXPECT_EQ(Contents(file), c.file) << c.what;
+    }
+    // A reply of 1 to 3 bytes is refused before anything is loaded.
+    for (uint32_t size = 1; size <= 3; ++size) {
+        SlotPair pair("reply-record");
+        WriteFrame(pair.writer, Bytes(size, 0xAB));
+        CKPRCI__BaseRV reply;
+        reply.SetErrorCode(77);
+        EXPECT_EQ(ReceiveRecord(pair.reader, new CMemFile(1024), reply), 0) << size;
+        EXPECT_EQ(reply.GetErrorCode(), 77) << size;
+    }
 }

@@ -1,4 +1,4 @@
-// The slot and frame layer: message boundaries, sizes and the frame rules.
+// The slot layer and the frame writer: message boundaries, sizes, the frame on the wire.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -133,64 +133,4 @@ TEST(Frames, FrameIsLengthThenPayload) {
     EXPECT_EQ(pair.writer.SendFrame(file), 1);
     EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), (Bytes{12, 0, 0, 0}));
     EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 64), payload);
-}
-
-TEST(Frames, ShorterPayloadLeavesTheRestOfTheAnnouncedSize) {
-    SlotPair pair("shorter");
-    const Bytes length = testing_support::LengthMessage(8);
-    const Bytes payload{1, 2, 3};
-    pair.writer.WriteBytes(length.data(), 4);
-    pair.writer.WriteBytes(payload.data(), 3);
-    CMemFile file(1024);
-    ASSERT_EQ(pair.reader.ReceiveFrame(file), 1);
-    ASSERT_EQ(file.GetLength(), 8u);
-    Bytes got(8);
-    file.Read(got.data(), 8);
-    EXPECT_EQ(got, (Bytes{1, 2, 3, 0, 0, 0, 0, 0}));
-}
-
-TEST(Frames, LongerPayloadThanAnnouncedFails) {
-    SlotPair pair("longer");
-    const Bytes length = testing_support::LengthMessage(2);
-    const Bytes payload{1, 2, 3};
-    pair.writer.WriteBytes(length.data(), 4);
-    pair.writer.WriteBytes(payload.data(), 3);
-    CMemFile file(1024);
-    EXPECT_EQ(pair.reader.ReceiveFrame(file), 0);
-}
-
-TEST(Frames, HugeAnnouncedLengthIsRefusedWithoutAllocating) {
-    SlotPair pair("huge");
-    const Bytes length = testing_support::LengthMessage(0xFFFFFFF0u);
-    const Bytes payload{1, 2, 3, 4};
-    pair.writer.WriteBytes(length.data(), 4);
-    pair.writer.WriteBytes(payload.data(), 4);
-    CMemFile file(1024);
-    EXPECT_EQ(pair.reader.ReceiveFrame(file), 0);
-    EXPECT_EQ(file.GetLength(), 0u);
-}
-
-TEST(Frames, ReplyShorterThanFourBytesIsRejectedBeforeLoading) {
-    for (uint32_t size = 1; size <= 3; ++size) {
-        SlotPair pair("tiny");
-        const Bytes length = testing_support::LengthMessage(size);
-        const Bytes payload(size, 0xAB);
-        pair.writer.WriteBytes(length.data(), 4);
-        pair.writer.WriteBytes(payload.data(), size);
-        CKPRCI__BaseRV reply;
-        reply.SetErrorCode(77);
-        EXPECT_EQ(ReceiveRecord(pair.reader, new CMemFile(1024), reply), 0) << size;
-        EXPECT_EQ(reply.GetErrorCode(), 77) << "nothing loaded for size " << size;
-    }
-}
-
-TEST(Frames, ReceiveRecordLoadsTheErrorCode) {
-    SlotPair pair("record");
-    const Bytes length = testing_support::LengthMessage(4);
-    const Bytes payload{0x38, 0xFF, 0xFF, 0xFF};  // -200
-    pair.writer.WriteBytes(length.data(), 4);
-    pair.writer.WriteBytes(payload.data(), 4);
-    CKPRCI__BaseRV reply;
-    EXPECT_EQ(ReceiveRecord(pair.reader, new CMemFile(1024), reply), 1);
-    EXPECT_EQ(reply.GetErrorCode(), -200);
 }
