@@ -1,5 +1,5 @@
-// A small hand-written job, written to a folder and packed as an archive, read whole:
-// the facts of the format that readers get wrong.
+// A small hand-written job, packed as an archive, read whole: the facts of the format
+// that readers get wrong and that KiCad's exports never show.
 #include <gtest/gtest.h>
 
 #include <archive.h>
@@ -9,12 +9,12 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "OdbImport.h"
+#include "TestPaths.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::map<std::string, std::string>& JobFiles() {
     static const std::map<std::string, std::string> files = {
@@ -60,22 +60,9 @@ const std::map<std::string, std::string>& JobFiles() {
     return files;
 }
 
-fs::path TempDir(const std::string& name) {
-    fs::path dir = fs::temp_directory_path() / ("kpcb_odb_" + name + "_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    return dir;
-}
-
-void WriteFile(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
+void WriteFile(const std::string& path, const std::string& text) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;
-}
-
-fs::path WriteJobFolder(const std::string& name) {
-    const fs::path job = TempDir(name) / "job";
-    for (const auto& file : JobFiles()) WriteFile(job / file.first, file.second);
-    return job;
 }
 
 void WriteEntry(archive* a, const std::string& name, const std::string& data) {
@@ -104,21 +91,19 @@ std::string Compress(const std::string& data) {
     return out;
 }
 
-// The job as <dir>/job.tgz, its layer table stored as a ".Z" member.
-fs::path WriteJobArchive(const std::string& name) {
-    const fs::path path = TempDir(name) / "job.tgz";
+// The job packed as an archive at path, its layer table stored as a ".Z" member
+// (the folder form is read in the real-board tests).
+void WriteJobArchive(const std::string& path) {
     archive* a = archive_write_new();
     archive_write_set_format_pax_restricted(a);
     archive_write_add_filter_gzip(a);
-    archive_write_open_filename(a, path.string().c_str());
+    archive_write_open_filename(a, path.c_str());
     for (const auto& file : JobFiles()) {
         const bool compress = file.first == "matrix/matrix";
-        const std::string data = compress ? Compress(file.second) : file.second;
-        WriteEntry(a, "job/" + file.first + (compress ? ".Z" : ""), data);
+        WriteEntry(a, "job/" + file.first + (compress ? ".Z" : ""), compress ? Compress(file.second) : file.second);
     }
     archive_write_close(a);
     archive_write_free(a);
-    return path;
 }
 
 bool AnyContains(const std::vector<std::string>& lines, const std::string& part) {
@@ -128,30 +113,36 @@ bool AnyContains(const std::vector<std::string>& lines, const std::string& part)
     return false;
 }
 
-void ExpectJobBoard(const std::string& path) {
+// Placement, rotation and the nets of pins are checked on real boards; this job holds
+// what KiCad never writes, and the conversions those boards' facts do not cover.
+TEST(OdbImport, ReadsAnArchivedJob) {
+    testing_support::TempDir dir;
+    WriteJobArchive(dir / "job.tgz");
     OdbImportOptions options;
     options.threads = 3;
     std::vector<std::string> warnings;
     std::string error;
-    std::unique_ptr<CPdb> pdb = ImportOdbJob(path, options, warnings, error);
+    ASSERT_TRUE(IsOdbJob(dir / "job.tgz"));
+    std::unique_ptr<CPdb> pdb = ImportOdbJob(dir / "job.tgz", options, warnings, error);
     ASSERT_TRUE(pdb) << error;
     EXPECT_EQ(pdb->GetBoardName(), CString("PCB"));  // the first step by COL, not by file order
 
+    // Rows in ROW order, names as the matrix has them, the component layers left out.
     const CPDBLayerManager& layers = pdb->GetLayerManager();
     ASSERT_EQ(layers.GetLayerCount(), 4);
-    EXPECT_EQ(layers.GetLayer(0)->GetName(), CString("SST"));
-    EXPECT_EQ(layers.GetLayer(0)->GetKind(), LayerKind::Silk);
-    EXPECT_EQ(layers.GetLayer(1)->GetEcadName(), CString("TOP"));
-    EXPECT_EQ(layers.GetLayer(2)->GetName(), CString("BOTTOM"));
-    EXPECT_EQ(layers.GetLayer(3)->GetKind(), LayerKind::Drill);
+    const char* const names[] = {"SST", "TOP", "BOTTOM", "DRILL"};
+    const LayerKind kinds[] = {LayerKind::Silk, LayerKind::Copper, LayerKind::Copper, LayerKind::Drill};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(layers.GetLayer(i)->GetEcadName(), CString(names[i]));
+        EXPECT_EQ(layers.GetLayer(i)->GetKind(), kinds[i]);
+    }
 
     CPComp* u1 = pdb->FindComp("U1");
     ASSERT_TRUE(u1);
     EXPECT_EQ(u1->GetPartName(), CString("PART-A"));
     EXPECT_EQ(u1->GetPart()->GetPackage(), CString("SOT"));
-    EXPECT_DOUBLE_EQ(u1->GetRotation(), 270);  // 90 clockwise
-    EXPECT_FALSE(u1->IsMirrored());
 
+    // Pin 1: the linked pad (mils in an inch layer), not the unlinked one before it.
     CPRefPin* pin1 = u1->FindPin("1");
     ASSERT_TRUE(pin1);
     EXPECT_EQ(pin1->GetShape(), PadShape::Rect);
@@ -159,7 +150,7 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_NEAR(pin1->GetSizeY(), 1.016, 1e-9);
     EXPECT_NEAR(pin1->GetDrill(), 0.5, 1e-9);
     ASSERT_TRUE(pin1->GetNet());
-    EXPECT_EQ(pin1->GetNet()->GetName(), CString("GND"));
+    EXPECT_EQ(pin1->GetNet()->GetName(), CString("GND"));  // net numbers of the NET records
 
     CPRefPin* pin2 = u1->FindPin("2");
     ASSERT_TRUE(pin2);
@@ -167,8 +158,6 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_EQ(pin2->GetPadOutline().size(), 2u);
     EXPECT_NEAR(pin2->GetSizeX(), 2.032, 0.005);  // a circle of chords
     EXPECT_EQ(pin2->GetDrill(), 0);
-    ASSERT_TRUE(pin2->GetNet());
-    EXPECT_EQ(pin2->GetNet()->GetName(), CString("SIG"));
 
     // No pad on copper: the package's outline of the pin, turned with the component.
     CPRefPin* pin3 = u1->FindPin("3");
@@ -180,7 +169,6 @@ void ExpectJobBoard(const std::string& path) {
 
     const CPRouteNet& gnd = pdb->FindNet("GND")->GetRoute();
     ASSERT_EQ(gnd.GetCount(), 2);
-    EXPECT_FALSE(gnd.GetAt(0)->IsArc());
     EXPECT_NEAR(gnd.GetAt(0)->GetWidth(), 0.254, 1e-9);
     EXPECT_NEAR(gnd.GetAt(0)->GetLine().p2.x, 38.1, 1e-9);
     EXPECT_EQ(gnd.GetAt(0)->GetLayer(), 1);
@@ -192,7 +180,6 @@ void ExpectJobBoard(const std::string& path) {
     ASSERT_TRUE(sig.GetAt(0)->IsVia());
     EXPECT_NEAR(sig.GetAt(0)->GetWidth(), 0.762, 1e-9);
     EXPECT_NEAR(sig.GetAt(0)->GetDrill(), 0.5, 1e-9);
-    EXPECT_EQ(sig.GetAt(0)->GetLayer(), 1);
     EXPECT_EQ(sig.GetAt(0)->GetLastLayer(), 2);
 
     ASSERT_EQ(pdb->GetAreaCount(), 1);  // the pad of the unknown symbol is skipped
@@ -201,6 +188,7 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_EQ(pdb->GetOutline().GetSize(), 4);
     EXPECT_EQ(pdb->FindNet("$NONE$"), nullptr);
 
+    // Line numbers count the continued line once per physical line.
     EXPECT_TRUE(AnyContains(warnings, "layers/top/features:7: unknown symbol 'unknown_sym'"));
     EXPECT_TRUE(AnyContains(warnings, "layers/top/features:18: barcode"));
     EXPECT_TRUE(AnyContains(warnings, "1 lines and arcs on no net"));
@@ -209,36 +197,23 @@ void ExpectJobBoard(const std::string& path) {
     EXPECT_TRUE(pdb->Validate(problem)) << problem.GetString();
 }
 
-TEST(OdbImport, ReadsAJobFolderAndTheSameJobAsAnArchive) {
-    const fs::path folder = WriteJobFolder("folder");
-    EXPECT_TRUE(IsOdbJob(folder.string()));
-    EXPECT_TRUE(IsOdbJob(folder.parent_path().string()));  // the job in its one sub-folder
-    ExpectJobBoard(folder.string());
-
-    const fs::path archive = WriteJobArchive("archive");
-    EXPECT_TRUE(IsOdbJob(archive.string()));
-    ExpectJobBoard(archive.string());
-}
-
 TEST(OdbImport, BadJobsFailWithTheFileNamed) {
-    const fs::path base = TempDir("bad");
+    testing_support::TempDir base;
     WriteFile(base / "nomatrix/steps/pcb/stephdr", "X_DATUM=0\n");
     WriteFile(base / "openblock/matrix/matrix", "STEP {\n COL=1\n NAME=PCB\n}\nLAYER {\n ROW=1\n");
-    const fs::path archive = WriteJobArchive("truncated");
-    const std::string whole = [&] {
-        std::ifstream in(archive, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }();
+    WriteJobArchive(base / "whole.tgz");
+    std::ifstream in(base / "whole.tgz", std::ios::binary);
+    const std::string whole((std::istreambuf_iterator<char>(in)), {});
     WriteFile(base / "truncated.tgz", whole.substr(0, whole.size() / 2));
 
     const struct {
         std::string path;
         std::string message;
     } cases[] = {
-        {(base / "nomatrix").string(), "matrix"},
-        {(base / "openblock").string(), "matrix/matrix:6:"},
-        {(base / "truncated.tgz").string(), "truncated.tgz"},
-        {(base / "absent").string(), "absent"},
+        {base / "nomatrix", "matrix"},
+        {base / "openblock", "matrix/matrix:6:"},
+        {base / "truncated.tgz", "truncated.tgz"},
+        {base / "absent", "absent"},
     };
     for (const auto& c : cases) {
         std::vector<std::string> warnings;
@@ -246,7 +221,7 @@ TEST(OdbImport, BadJobsFailWithTheFileNamed) {
         EXPECT_FALSE(ImportOdbJob(c.path, OdbImportOptions(), warnings, error)) << c.path;
         EXPECT_NE(error.find(c.message), std::string::npos) << c.path << ": " << error;
     }
-    EXPECT_FALSE(IsOdbJob((base / "nomatrix").string()));
+    EXPECT_FALSE(IsOdbJob(base / "nomatrix"));
 }
 
 }  // namespace
