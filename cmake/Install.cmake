@@ -2,7 +2,7 @@
 # find_package(KPCBAPI) or ask pkg-config for kpcbapi, and the CPack packages.
 #
 #   <prefix>/include/kpcbapi/   the public headers, with the MFC-style types they use
-#   <prefix>/lib/               libKPCBAPIDLL.so and, beside it where launches look,
+#   <prefix>/lib/               libKPCBAPIDLL.so(.0, .0.1.0) and, beside it where launches look,
 #                               the reference viewer KorbinPCB (Linux)
 #   <prefix>/bin/               kpcb; on Windows also KPCBAPIDLL.dll and KorbinPCB.exe
 #   <prefix>/lib/cmake/KPCBAPI/ KPCBAPIConfig.cmake, its version file, the targets
@@ -44,12 +44,12 @@ endif()
 # The public headers and everything they include, in one folder: their own includes
 # are by plain file name, so they find each other there.
 install(FILES
-  include/KPCBAPI.h include/KPCBAPI.hpp include/KPCBAPIExtract.h include/KPCBImporterPlugin.h
+  include/KPCBAPI.h include/KPCBAPIExport.h include/KPCBAPI.hpp include/KPCBAPIExtract.h
+  include/KPCBImporterPlugin.h include/CKP_UIS__Main.h include/CPALGParamForPDB.h
+  include/CPBDParamForPDB.h include/CPMentorParamForPDB.h include/CPPWSParamForPDB.h
   compat/CArray.h compat/CArchive.h compat/CException.h compat/CMemFile.h compat/CObject.h
   compat/CString.h compat/CStringArray.h compat/WinTypes.h
   common/CArrayD.h common/CArrayN.h platform/platform_types.h
-  ExtractPDBB/CKP_UIS__Main.h ExtractPDBB/CPALGParamForPDB.h ExtractPDBB/CPBDParamForPDB.h
-  ExtractPDBB/CPMentorParamForPDB.h ExtractPDBB/CPPWSParamForPDB.h
   DESTINATION ${KPCB_INSTALL_HEADER_DIR})
 
 install(EXPORT KPCBAPITargets NAMESPACE KPCBAPI:: DESTINATION ${KPCB_INSTALL_CONFIG_DIR})
@@ -91,5 +91,7 @@ else()
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  # A shlibs file: packages built against this one depend on its soname's version.
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 endif()
 include(CPack)

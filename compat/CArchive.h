@@ -11,9 +11,15 @@
 #include "CException.h"
 #include "CMemFile.h"
 #include "CString.h"
+#include "KPCBAPIExport.h"
 #include "WinTypes.h"
 
-class CArchive {
+// Exported with the types it serialises: the arrays' inline members call it.
+class CArchive;
+KPCBAPI_EXPORT CArchive& operator<<(CArchive& ar, const CString& text);
+KPCBAPI_EXPORT CArchive& operator>>(CArchive& ar, CString& text);
+
+class KPCBAPI_EXPORT CArchive {
 public:
     enum Mode { store = 0, load = 1 };
 

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "KPCBAPIExport.h"
 #include "WinTypes.h"
 
 class CFile {
@@ -31,7 +32,7 @@ public:
     void SeekToBegin() { Seek(0, begin); }
 };
 
-class CMemFile : public CFile {
+class KPCBAPI_EXPORT CMemFile : public CFile {
 public:
     explicit CMemFile(UINT growBytes = 1024) : m_growBytes(growBytes ? growBytes : 1024) {}
     ~CMemFile() override;

@@ -4,9 +4,11 @@
 #include <cstdarg>
 #include <string>
 
+#include "KPCBAPIExport.h"
 #include "platform_types.h"
 
-class CString {
+// Exported from the client library, whose C++ interface takes it.
+class KPCBAPI_EXPORT CString {
 public:
     CString() = default;
     CString(const char* text) : m_text(text ? text : "") {}

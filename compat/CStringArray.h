@@ -4,7 +4,7 @@
 #include "CArray.h"
 #include "CString.h"
 
-class CStringArray : public CObject {
+class KPCBAPI_EXPORT CStringArray : public CObject {
 public:
     CStringArray() = default;
     CStringArray(std::initializer_list<CString> items) : m_items(items) {}

@@ -15,20 +15,7 @@
 
 #include <wchar.h>
 
-/* KPCBAPI_BUILDING: compiling the library itself; KPCBAPI_STATIC: linking its code
-   statically (the viewer, the tools and tests built on the archives), so nothing is
-   imported; neither: a client of the DLL. */
-#if defined(_WIN32)
-#  if defined(KPCBAPI_BUILDING)
-#    define KPCBAPI_EXPORT __declspec(dllexport)
-#  elif defined(KPCBAPI_STATIC)
-#    define KPCBAPI_EXPORT
-#  else
-#    define KPCBAPI_EXPORT __declspec(dllimport)
-#  endif
-#else
-#  define KPCBAPI_EXPORT __attribute__((visibility("default")))
-#endif
+#include "KPCBAPIExport.h"
 
 #ifdef __cplusplus
 class CArrayD;

@@ -1,6 +1,6 @@
 // C++ entry points of KPCBAPI that take MFC-style types (CString, CStringArray,
-// CArrayN), and the design extraction functions. Include after the compat headers
-// are on the include path.
+// CArrayN). Their headers come from compat/ and common/ in the source tree and are
+// installed beside this one; the library exports the classes' code.
 #pragma once
 
 #include "KPCBAPI.h"

@@ -19,8 +19,8 @@
 // Rules for a plug-in:
 // - C++ objects cross the boundary, so a plug-in is built with the same compiler and
 //   standard library as the client library, against the same headers: this one,
-//   the parameter records (ExtractPDBB/), the compat strings (compat/) and the board
-//   database (model/, whose library it links statically).
+//   the parameter records (beside this one), the compat strings (compat/) and the
+//   board database (model/, whose library it links statically).
 // - The records are the library's; the plug-in reads them during the call and keeps
 //   no pointer to them.
 // - The result is a board database created with new, or null when nothing could be

@@ -2,8 +2,8 @@
 # Installs a build as users would and uses it from outside the source tree:
 #   scripts/test-install.sh [BUILD_DIR]     (default build/test, already built)
 # 1. `cmake --install` into a scratch prefix; every installed header compiles alone;
-# 2. an application (examples/consumer) built through find_package(KPCBAPI) and one
-#    built through pkg-config launch the installed viewer, ask one question, close it;
+# 2. an application (examples/consumer, in C and in C++) built through
+#    find_package(KPCBAPI) and through pkg-config drives the installed viewer;
 # 3. the .deb made by cpack, unpacked under a scratch root, serves the same application;
 # 4. `pip install` of the Python binding, offline, into a venv of Debian's Python, whose
 #    tests then run against the installed prefix.
@@ -22,8 +22,8 @@ step "cmake --install"
 prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 headers="$prefix/include/kpcbapi"
-for header in KPCBAPI.h KPCBAPI.hpp KPCBAPIExtract.h KPCBImporterPlugin.h; do
-  echo "#include <$header>" | c++ -std=c++17 -Wall -Wextra -fsyntax-only -I"$headers" -x c++ -
+for header in "$headers"/*; do
+  echo "#include <${header##*/}>" | c++ -std=c++17 -Wall -Wextra -fsyntax-only -I"$headers" -x c++ -
 done
 echo "#include <KPCBAPI.h>" | cc -std=c99 -Wall -Wextra -fsyntax-only -I"$headers" -x c -
 "$prefix/bin/kpcb" --help >/dev/null
@@ -32,12 +32,17 @@ step "find_package(KPCBAPI)"
 cmake -S examples/consumer -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work/consumer" >/dev/null
 "$work/consumer/consumer" "$board"
+"$work/consumer/consumer_cxx" "$board"
 
-# Builds the example with pkg-config against a prefix's .pc folder and runs it.
+# Builds the example, C and C++, with pkg-config against a prefix's .pc folder and runs it.
 run_with_pkg_config() {
-  local pcdir=$1 out=$2
-  cc -o "$out" examples/consumer/main.c $(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs kpcbapi)
-  LD_LIBRARY_PATH=$(PKG_CONFIG_PATH="$pcdir" pkg-config --variable=libdir kpcbapi) "$out" "$board"
+  local pcdir=$1 out=$2 flags libdir
+  flags=$(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs kpcbapi)
+  libdir=$(PKG_CONFIG_PATH="$pcdir" pkg-config --variable=libdir kpcbapi)
+  cc -o "$out" examples/consumer/main.c $flags
+  c++ -std=c++17 -o "$out-cxx" examples/consumer/main.cpp $flags
+  LD_LIBRARY_PATH=$libdir "$out" "$board"
+  LD_LIBRARY_PATH=$libdir "$out-cxx" "$board"
 }
 step "pkg-config kpcbapi"
 run_with_pkg_config "$prefix/lib/pkgconfig" "$work/consumer-pc"

@@ -3,7 +3,6 @@
 set(KPCB_TEST_IMPORTER_DIR ${CMAKE_BINARY_DIR}/test-importers)
 foreach(format Allegro BoardDesigner Mentor CR5000PWS)
   add_library(test_importer_${format} MODULE ${CMAKE_CURRENT_LIST_DIR}/importer/TestImporter.cpp)
-  target_include_directories(test_importer_${format} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/ExtractPDBB)
   target_link_libraries(test_importer_${format} PRIVATE kpcb_model)
   set_target_properties(test_importer_${format} PROPERTIES
     PREFIX "" OUTPUT_NAME KPCBImporter_${format} SUFFIX ".kpi"
