@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,4 +44,16 @@ bool ReadAll(const CString& path, std::string& bytes, CString& error);
 // Writes the bytes to a temporary file beside path and renames it over path, so that
 // a failed write never leaves a partial file. overwrite 0 refuses an existing file.
 bool WriteAll(const CString& path, const void* data, size_t size, bool overwrite, CString& error);
+
+// Reads the whole file and hands its bytes to parse(bytes, problem), which returns
+// the board or null with its reason in problem; a failure's error names the path.
+template <class Board, class Parse>
+std::unique_ptr<Board> ReadBoard(const CString& path, CString& error, Parse parse) {
+    std::string bytes;
+    if (!ReadAll(path, bytes, error)) return nullptr;
+    CString problem;
+    std::unique_ptr<Board> board = parse(bytes, problem);
+    if (!board) error.Format("%s: %s", path.GetString(), problem.GetString());
+    return board;
+}
 }  // namespace pdbfile
