@@ -7,17 +7,12 @@
 namespace platform {
 
 void* LoadModule(const std::string& path, Status* why) {
-    if (why) *why = Status();
-    if (path.empty()) {
-        if (why) *why = Error::kInvalid;
-        return nullptr;
-    }
     // A name without '/' would make dlopen search the system's library path.
     const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
-    void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* module = path.empty() ? nullptr : dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     // dlopen keeps no errno of its own: a file that can be read and still not be
-    // loaded is not a module (or lacks one of its own libraries).
-    if (!module && why) *why = access(file.c_str(), R_OK) == 0 ? Status(Error::kInvalid) : LastSystemError();
+    // loaded (or the folder "./" of an empty path) is not a module.
+    if (why) *why = module ? Status() : access(file.c_str(), R_OK) == 0 ? Status(Error::kInvalid) : LastSystemError();
     return module;
 }
 
