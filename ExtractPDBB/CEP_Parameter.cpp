@@ -11,6 +11,7 @@ const char kDesignDirMessage[] = "Cannot found design directory. : %s";
 const char kSaveDirMessage[] = "Cannot found save directory for PDBB. : %s";
 const char kPdbbSaveDirMessage[] = "Cannot found pdbb save directory. : %s";
 const char kPdbbFileMessage[] = "Cannot found PDBB File Path. : %s";
+const char kOdbDesignMessage[] = "Cannot found Design. : %s";
 
 // The switches of the scan, in the order they are compared.
 enum SwitchId { kPDBA, kPDBX, kPEMA, kPLE, kPLP, kKP, kNOMERGE, kBOARDGEOM, kDETVIA };
@@ -51,29 +52,30 @@ CString RemoveNoCase(const CString& text, const char* needle) {
 
 }  // namespace
 
-// Long code, short code, validator, minimum count, design message of the two-path check.
+// Long code, short code, validator, minimum count, and the messages for a missing
+// design (null: the design path is normalised, not looked for) and save folder.
 // Matched top to bottom; the first row wins, and "A" comes last on purpose.
 const CEP_Parameter::CodeRow CEP_Parameter::kCodeTable[] = {
-    {"AD", "T", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage},
-    {"AP", "C", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage},
-    {"AE", "L", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"CA", "E", &CEP_Parameter::CheckTwoPaths, 6, kDesignDirMessage},
-    {"CS", "R", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage},
-    {"CV", "V", &CEP_Parameter::CheckDsn, 5, kDesignFileMessage},
-    {"GM", "W", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"GR", "G", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"IPC", "I", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"MB", "M", &CEP_Parameter::CheckMentor, 5, kDesignDirMessage},
-    {"MN", "N", &CEP_Parameter::CheckDesignAndPdbbFolder, 5, kDesignDirMessage},
-    {"SP", "D", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage},
-    {"SPP", "PR", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage},
-    {"SX", "P", &CEP_Parameter::CheckSx, 5, kDesignDirMessage},
-    {"ODB", "O", &CEP_Parameter::CheckOdb, 5, nullptr},
-    {"ZC", "S", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"ZDF", "B", &CEP_Parameter::CheckBoardDesigner, 7, nullptr},
-    {"ZPS", "Z", &CEP_Parameter::CheckCr5000Pws, 5, nullptr},
-    {"GDSII", nullptr, &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage},
-    {"A", nullptr, &CEP_Parameter::CheckTwoPaths, 6, kDesignDirMessage},
+    {"AD", "T", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage, kSaveDirMessage},
+    {"AP", "C", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage, kSaveDirMessage},
+    {"AE", "L", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"CA", "E", &CEP_Parameter::CheckTwoPaths, 6, kDesignDirMessage, kSaveDirMessage},
+    {"CS", "R", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage, kSaveDirMessage},
+    {"CV", "V", &CEP_Parameter::CheckDsn, 5, kDesignFileMessage, kSaveDirMessage},
+    {"GM", "W", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"GR", "G", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"IPC", "I", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"MB", "M", &CEP_Parameter::CheckMentor, 5, kDesignDirMessage, kPdbbSaveDirMessage},
+    {"MN", "N", &CEP_Parameter::CheckTwoPaths, 5, kDesignDirMessage, kPdbbSaveDirMessage},
+    {"SP", "D", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage, kSaveDirMessage},
+    {"SPP", "PR", &CEP_Parameter::CheckTwoPaths, 5, kDesignFileMessage, kSaveDirMessage},
+    {"SX", "P", &CEP_Parameter::CheckSx, 5, kDesignDirMessage, kPdbbSaveDirMessage},
+    {"ODB", "O", &CEP_Parameter::CheckOdb, 5, kOdbDesignMessage, kSaveDirMessage},
+    {"ZC", "S", &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"ZDF", "B", &CEP_Parameter::CheckBoardDesigner, 7, nullptr, kPdbbSaveDirMessage},
+    {"ZPS", "Z", &CEP_Parameter::CheckCr5000Pws, 5, nullptr, kPdbbSaveDirMessage},
+    {"GDSII", nullptr, &CEP_Parameter::CheckTwoPaths, 4, kDesignFileMessage, kSaveDirMessage},
+    {"A", nullptr, &CEP_Parameter::CheckTwoPaths, 6, kDesignDirMessage, kSaveDirMessage},
 };
 
 CEP_Parameter::CEP_Parameter(const CStringArray& arguments) {
@@ -147,7 +149,7 @@ int CEP_Parameter::CheckParameter() {
     if (formatSwitch.GetAt(0) != '/' || formatSwitch.GetLength() < 2) return 0;
 
     const CodeRow* row = FindCodeRow();
-    return row ? (this->*row->check)(row->minimum, row->designMessage) : 0;
+    return row && m_nCount >= row->minimum ? (this->*row->check)(*row) : 0;
 }
 
 const CEP_Parameter::CodeRow* CEP_Parameter::FindCodeRow() const {
@@ -166,88 +168,40 @@ CString CEP_Parameter::GetFormatCode() const {
     return row ? CString(row->longCode) : CString();
 }
 
+int CEP_Parameter::CheckPathAt(int index, const char* missingMessage) {
+    const CString path = NormalizePath(index);
+    if (!missingMessage || Exists(path, __LINE__)) return 1;
+    GetUniversalLogger().LogLine(missingMessage, path.GetString());
+    return 0;
+}
+
 int CEP_Parameter::CheckXml() {
     if (m_nCount < 3) return 0;
-    const CString pdbb = NormalizePath(1);
-    if (!Exists(pdbb, __LINE__)) {
-        GetUniversalLogger().LogLine(kPdbbFileMessage, pdbb.GetString());
-        return 0;
-    }
+    if (!CheckPathAt(1, kPdbbFileMessage)) return 0;
     CString ending(GetAt(3).Right(4));
     ending.MakeUpper();
-    if (ending == ".XML") {
-        const CString xml = NormalizePath(3);
-        if (!Exists(xml, __LINE__)) {
-            GetUniversalLogger().LogLine("Cannot found XML File Path. : %s", xml.GetString());
-            return 0;
-        }
-    }
-    return 1;
+    return ending != ".XML" || CheckPathAt(3, "Cannot found XML File Path. : %s");
 }
 
-int CEP_Parameter::CheckPdbbPath() {
-    if (m_nCount < 2) return 0;
-    const CString pdbb = NormalizePath(1);
-    if (!Exists(pdbb, __LINE__)) {
-        GetUniversalLogger().LogLine(kPdbbFileMessage, pdbb.GetString());
-        return 0;
-    }
-    return 1;
+int CEP_Parameter::CheckPdbbPath() { return m_nCount >= 2 && CheckPathAt(1, kPdbbFileMessage); }
+
+int CEP_Parameter::CheckTwoPaths(const CodeRow& row) {
+    return CheckPathAt(2, row.designMessage) && CheckPathAt(3, row.saveMessage);
 }
 
-int CEP_Parameter::CheckTwoPaths(int minimum, const char* designMessage) {
-    if (m_nCount < minimum) return 0;
-    const CString design = NormalizePath(2);
-    if (!Exists(design, __LINE__)) {
-        GetUniversalLogger().LogLine(designMessage, design.GetString());
-        return 0;
-    }
-    const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        GetUniversalLogger().LogLine(kSaveDirMessage, saveDir.GetString());
-        return 0;
-    }
-    return 1;
-}
-
-int CEP_Parameter::CheckDsn(int minimum, const char*) {
-    if (m_nCount < minimum) return 0;
-    const CString folder = NormalizePath(2);
-    if (!Exists(folder, __LINE__)) {
-        GetUniversalLogger().LogLine(kDesignFileMessage, folder.GetString());
-        return 0;
-    }
-    CString dsn = folder + "\\" + GetAt(4) + ".dsn";
+int CEP_Parameter::CheckDsn(const CodeRow& row) {
+    if (!CheckPathAt(2, row.designMessage)) return 0;
+    CString dsn = GetAt(2) + "\\" + GetAt(4) + ".dsn";
     GCUtility::GetInstance().NormalizeSeparators(dsn);
     if (!Exists(dsn, __LINE__)) {
-        GetUniversalLogger().LogLine(kDesignFileMessage, dsn.GetString());
+        GetUniversalLogger().LogLine(row.designMessage, dsn.GetString());
         return 0;
     }
-    const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        GetUniversalLogger().LogLine(kSaveDirMessage, saveDir.GetString());
-        return 0;
-    }
-    return 1;
+    return CheckPathAt(3, row.saveMessage);
 }
 
-int CEP_Parameter::CheckDesignAndPdbbFolder(int minimum, const char*) {
-    if (m_nCount < minimum) return 0;
-    const CString design = NormalizePath(2);
-    if (!Exists(design, __LINE__)) {
-        GetUniversalLogger().LogLine(kDesignDirMessage, design.GetString());
-        return 0;
-    }
-    const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        GetUniversalLogger().LogLine(kPdbbSaveDirMessage, saveDir.GetString());
-        return 0;
-    }
-    return 1;
-}
-
-int CEP_Parameter::CheckMentor(int minimum, const char* designMessage) {
-    if (!CheckDesignAndPdbbFolder(minimum, designMessage)) return 0;
+int CEP_Parameter::CheckMentor(const CodeRow& row) {
+    if (!CheckTwoPaths(row)) return 0;
     if (m_nCount < 7) return 1;
 
     CString mode(GetAt(5));
@@ -279,8 +233,8 @@ int CEP_Parameter::CheckMentor(int minimum, const char* designMessage) {
     return 1;
 }
 
-int CEP_Parameter::CheckSx(int minimum, const char* designMessage) {
-    if (!CheckDesignAndPdbbFolder(minimum, designMessage)) return 0;
+int CEP_Parameter::CheckSx(const CodeRow& row) {
+    if (!CheckTwoPaths(row)) return 0;
     CString name(GetAt(4));
     name.MakeUpper();
     if (name.Find(".PDBB") < 0) {
@@ -295,22 +249,12 @@ int CEP_Parameter::CheckSx(int minimum, const char* designMessage) {
     return 1;
 }
 
-int CEP_Parameter::CheckOdb(int minimum, const char*) {
-    if (m_nCount < minimum) return 0;
-    GCUtility& util = GCUtility::GetInstance();
-    const CString design = NormalizePath(2);
-    if (!Exists(design, __LINE__)) {
-        GetUniversalLogger().LogLine("Cannot found Design. : %s", design.GetString());
-        return 0;
-    }
+int CEP_Parameter::CheckOdb(const CodeRow& row) {
+    if (!CheckPathAt(2, row.designMessage)) return 0;
+    // The save folder is made when missing.
     const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        util.MakeDirectory(saveDir);
-        if (!Exists(saveDir, __LINE__)) {
-            GetUniversalLogger().LogLine(kSaveDirMessage, saveDir.GetString());
-            return 0;
-        }
-    }
+    if (!Exists(saveDir, __LINE__)) GCUtility::GetInstance().MakeDirectory(saveDir);
+    if (!CheckPathAt(3, row.saveMessage)) return 0;
 
     // Positions 0 to 4 stay; 5 to 25 become fixed option slots filled from the rest.
     constexpr int kFirstSlot = 5;
@@ -387,34 +331,11 @@ int CEP_Parameter::CheckOdb(int minimum, const char*) {
     return 1;
 }
 
-int CEP_Parameter::CheckBoardDesigner(int minimum, const char*) {
-    if (m_nCount < minimum) return 0;
-    NormalizePath(2);
-    const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        GetUniversalLogger().LogLine(kPdbbSaveDirMessage, saveDir.GetString());
-        return 0;
-    }
-    if (!IsLetterSwitch(GetAt(4), "ABab")) return 0;
-    if (!IsLetterSwitch(GetAt(5), "ASas")) return 0;
-    return 1;
+int CEP_Parameter::CheckBoardDesigner(const CodeRow& row) {
+    return CheckTwoPaths(row) && IsLetterSwitch(GetAt(4), "ABab") && IsLetterSwitch(GetAt(5), "ASas");
 }
 
-int CEP_Parameter::CheckCr5000Pws(int minimum, const char*) {
-    if (m_nCount < minimum) return 0;
-    NormalizePath(2);
-    const CString saveDir = NormalizePath(3);
-    if (!Exists(saveDir, __LINE__)) {
-        GetUniversalLogger().LogLine(kPdbbSaveDirMessage, saveDir.GetString());
-        return 0;
-    }
-    if (!IsLetterSwitch(GetAt(4), "AWaw")) return 0;
-    if (m_nCount == 6) {
-        const CString zls = NormalizePath(5);
-        if (!Exists(zls, __LINE__)) {
-            GetUniversalLogger().LogLine("Cannot found zls file path. : %s", zls.GetString());
-            return 0;
-        }
-    }
-    return 1;
+int CEP_Parameter::CheckCr5000Pws(const CodeRow& row) {
+    if (!CheckTwoPaths(row) || !IsLetterSwitch(GetAt(4), "AWaw")) return 0;
+    return m_nCount != 6 || CheckPathAt(5, "Cannot found zls file path. : %s");
 }

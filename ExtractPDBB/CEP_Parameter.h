@@ -52,13 +52,16 @@ public:
     int GetOdbKeep() const { return m_nOdbKeep; }
 
 private:
-    using Validator = int (CEP_Parameter::*)(int minimum, const char* designMessage);
+    struct CodeRow;
+    // The checks of one format's row, run once the count reaches the row's minimum.
+    using Validator = int (CEP_Parameter::*)(const CodeRow& row);
     struct CodeRow {
         const char* longCode;
         const char* shortCode;  // null: the row has only its long code
         Validator check;
         int minimum;
-        const char* designMessage;  // the two-path check's message for a missing design
+        const char* designMessage;  // logged for a missing design (null: not looked for)
+        const char* saveMessage;    // logged for a missing save folder
     };
     static const CodeRow kCodeTable[];
     // The row the format key selects, or null.
@@ -68,17 +71,20 @@ private:
     // Argument i with the other platform's separator replaced, written back.
     CString NormalizePath(int index);
     int Exists(const CString& path, int line) const;
+    // Normalises argument index; 0 (logging missingMessage with the path) when it
+    // names nothing. A null message only normalises.
+    int CheckPathAt(int index, const char* missingMessage);
 
     int CheckXml();
     int CheckPdbbPath();
-    int CheckTwoPaths(int minimum, const char* designMessage);
-    int CheckDsn(int minimum, const char* designMessage);
-    int CheckMentor(int minimum, const char* designMessage);
-    int CheckDesignAndPdbbFolder(int minimum, const char* designMessage);
-    int CheckSx(int minimum, const char* designMessage);
-    int CheckOdb(int minimum, const char* designMessage);
-    int CheckBoardDesigner(int minimum, const char* designMessage);
-    int CheckCr5000Pws(int minimum, const char* designMessage);
+    // The design (position 2) and the save folder (3), as the row's messages say.
+    int CheckTwoPaths(const CodeRow& row);
+    int CheckDsn(const CodeRow& row);
+    int CheckMentor(const CodeRow& row);
+    int CheckSx(const CodeRow& row);
+    int CheckOdb(const CodeRow& row);
+    int CheckBoardDesigner(const CodeRow& row);
+    int CheckCr5000Pws(const CodeRow& row);
 
     int m_nCount = 0;
     CStringArray m_arrParam;

@@ -16,9 +16,6 @@
 namespace extract_pdb {
 namespace {
 
-// The .pdbb file of the running extraction.
-CString g_strOutputPath;
-
 // Argument i, or an empty string past the end: the letter switches that add nothing
 // move the later arguments forward, so a driver may look one place too far.
 CString Arg(const CEP_Parameter& param, int index) {
@@ -40,17 +37,21 @@ CString Join(const CString& folder, const CString& name) {
     return GCUtility::GetInstance().GCPathCombine(folder, name, __FILE__, __LINE__);
 }
 
-}  // namespace
-
-CString GetOutputPath() { return g_strOutputPath; }
-
-void SetOutputPath(const CString& path) { g_strOutputPath = path; }
-
-void SetOutputPathFromSaveName(const CEP_Parameter& param) {
-    g_strOutputPath = Join(Arg(param, 3), Arg(param, 4) + ".pdbb");
+// The board, its EUC-JP texts turned into Shift-JIS when the settings of its format
+// ask for it. The settings are read again: the importer may have changed them.
+CPdb* WithShiftJisWhenAsked(CPdb* pdb, CKP_UIS_ECAD_Format* (*format)(CKP_UIS_ECAD&)) {
+    if (!pdb) return pdb;
+    CKP_UIS__Main settings;
+    settings.LoadFromDefaultFile();
+    if (format(*settings.GetECAD())->GetConvertEucJPtoShiftJIS() == 1) pdb->CharSetConvertor(1);
+    return pdb;
 }
 
-CPdb* ExtractFromAllegro(const CEP_Parameter& param) {
+}  // namespace
+
+CString OutputPathFromSaveName(const CEP_Parameter& param) { return Join(Arg(param, 3), Arg(param, 4) + ".pdbb"); }
+
+CPdb* ExtractFromAllegro(const CEP_Parameter& param, CString& outputPath) {
     CALGMgr manager;
     CPALGUIS uis;
     CKP_UIS__Main settings;
@@ -75,14 +76,11 @@ CPdb* ExtractFromAllegro(const CEP_Parameter& param) {
     }
 
     CPdb* pdb = manager.pReadAllegro(&uis, &request);
-    g_strOutputPath = Join(Arg(param, 3), Arg(param, 5) + ".pdbb");
-
-    settings.LoadFromDefaultFile();
-    if (pdb && settings.GetECAD()->GetAllegro()->GetConvertEucJPtoShiftJIS() == 1) pdb->CharSetConvertor(1);
-    return pdb;
+    outputPath = Join(Arg(param, 3), Arg(param, 5) + ".pdbb");
+    return WithShiftJisWhenAsked(pdb, [](CKP_UIS_ECAD& ecad) -> CKP_UIS_ECAD_Format* { return ecad.GetAllegro(); });
 }
 
-CPdb* ExtractFromBoardDesigner(const CEP_Parameter& param) {
+CPdb* ExtractFromBoardDesigner(const CEP_Parameter& param, CString& outputPath) {
     CBDmanager manager;
     CPBDParamForPDB request;
     request.SetExtractPDBB(1);
@@ -132,15 +130,11 @@ CPdb* ExtractFromBoardDesigner(const CEP_Parameter& param) {
     }
 
     CPdb* pdb = manager.ReadBoardDesigner(&request);
-    g_strOutputPath = Join(Arg(param, 3), request.GetPdbbSaveFileNameForExtractPDBB());
-
-    CKP_UIS__Main settings;
-    settings.LoadFromDefaultFile();
-    if (pdb && settings.GetECAD()->GetCR5000BD()->GetConvertEucJPtoShiftJIS() == 1) pdb->CharSetConvertor(1);
-    return pdb;
+    outputPath = Join(Arg(param, 3), request.GetPdbbSaveFileNameForExtractPDBB());
+    return WithShiftJisWhenAsked(pdb, [](CKP_UIS_ECAD& ecad) -> CKP_UIS_ECAD_Format* { return ecad.GetCR5000BD(); });
 }
 
-CPdb* ExtractFromMentor(const CEP_Parameter& param) {
+CPdb* ExtractFromMentor(const CEP_Parameter& param, CString& outputPath) {
     CMentorManager manager;
     CPMentorParamForPDB request;
     request.SetExtractPDBB(1);
@@ -172,15 +166,11 @@ CPdb* ExtractFromMentor(const CEP_Parameter& param) {
     }
 
     CPdb* pdb = manager.ReadMentor(&request, 1, mode);
-    SetOutputPathFromSaveName(param);
-
-    CKP_UIS__Main settings;
-    settings.LoadFromDefaultFile();
-    if (pdb && settings.GetECAD()->GetBoardStation()->GetConvertEucJPtoShiftJIS() == 1) pdb->CharSetConvertor(1);
-    return pdb;
+    outputPath = OutputPathFromSaveName(param);
+    return WithShiftJisWhenAsked(pdb, [](CKP_UIS_ECAD& ecad) -> CKP_UIS_ECAD_Format* { return ecad.GetBoardStation(); });
 }
 
-CPdb* ExtractFromZuken(const CEP_Parameter& param) {
+CPdb* ExtractFromZuken(const CEP_Parameter& param, CString& outputPath) {
     CZPWSmanager manager;
     CPPWSParamForPDB request;
     CPPWSUis uis;
@@ -200,7 +190,7 @@ CPdb* ExtractFromZuken(const CEP_Parameter& param) {
     if (param.GetCount() == 6) request.SetZlsFilePath(Arg(param, 5));
 
     CPdb* pdb = manager.GetPDB(&request, &uis, 1, mode);
-    g_strOutputPath =
+    outputPath =
         Join(Arg(param, 3), GCUtility::GetInstance().GetSegmntFromFilePath(Arg(param, 2), 2) + ".pdbb");
 
     if (pdb && settings.GetECAD()->GetCR5000PWS()->GetConvertEucJPtoShiftJIS() == 1) pdb->CharSetConvertor(1);
@@ -213,7 +203,7 @@ CPdb* ExtractFromZuken(const CEP_Parameter& param) {
 
 namespace {
 
-using Driver = CPdb* (*)(const CEP_Parameter&);
+using Driver = CPdb* (*)(const CEP_Parameter&, CString& outputPath);
 
 // The driver of each format that has an importer, by the long code of its row in the
 // code table; a checked list whose row is not here reads nothing.
@@ -228,15 +218,15 @@ const FormatDriver kFormatDrivers[] = {
 };
 
 // The driver for the format the checked list names; null (logged) when it has none.
-CPdb* DriverByFormatKey(const CEP_Parameter& param) {
+CPdb* DriverByFormatKey(const CEP_Parameter& param, CString& outputPath) {
     const CString code = param.GetFormatCode();
     for (const FormatDriver& entry : kFormatDrivers)
-        if (code == entry.code) return entry.driver(param);
+        if (code == entry.code) return entry.driver(param, outputPath);
     GetUniversalLogger().LogLine("No importer for the format key : %s", param.GetFormatKey().GetString());
     return nullptr;
 }
 
-// One extraction at a time: the output path and the log are process-wide.
+// One extraction at a time: the log is process-wide, and so are the importers' settings.
 std::mutex g_extractionLock;
 
 // Checks the argument list, runs the driver and saves what it read: 0, 2, 3 or 4.
@@ -253,8 +243,9 @@ int RunExtraction(const CStringArray& arguments, Driver driver) {
     }
 
     std::unique_ptr<CPdb> pdb;
+    CString outputPath;
     try {
-        pdb.reset(driver(*param));
+        pdb.reset(driver(*param, outputPath));
     } catch (...) {
         return 3;
     }
@@ -263,7 +254,7 @@ int RunExtraction(const CStringArray& arguments, Driver driver) {
     int saved = 0;
     try {
         CPdbbProcessor processor;
-        saved = processor.SavePDB(extract_pdb::GetOutputPath(), pdb.get(), 1, 0, 1);
+        saved = processor.SavePDB(outputPath, pdb.get(), 1, 0, 1);
     } catch (...) {
         saved = 0;
     }

@@ -19,9 +19,10 @@ std::map<std::string, void*> g_loaded;
 
 // Loads path and checks its interface version; null (logged) on failure.
 void* LoadChecked(const CString& path) {
-    void* module = platform::LoadModule(path.str());
+    platform::Status why;
+    void* module = platform::LoadModule(path.str(), &why);
     if (!module) {
-        GetUniversalLogger().LogLine("Importer plug-in cannot be loaded : %s", path.GetString());
+        GetUniversalLogger().LogLine("Importer plug-in cannot be loaded (%s) : %s", why.Text(), path.GetString());
         return nullptr;
     }
     const auto version =

@@ -13,13 +13,13 @@ namespace {
 }  // namespace
 
 #ifndef KPCB_ODB_READER
-CPdb* ExtractFromOdb(const CEP_Parameter&) { return NoReader("ODB++"); }
+CPdb* ExtractFromOdb(const CEP_Parameter&, CString&) { return NoReader("ODB++"); }
 bool HoldsOdbJob(const CString&) { return false; }
 CPdb* ReadOdbJobWithDefaults(const CString&) { return nullptr; }
 #endif
 
 #ifndef KPCB_IPC2581_READER
-CPdb* ExtractFromIpc2581(const CEP_Parameter&) { return NoReader("IPC-2581"); }
+CPdb* ExtractFromIpc2581(const CEP_Parameter&, CString&) { return NoReader("IPC-2581"); }
 bool HoldsIpc2581File(const CString&) { return false; }
 CPdb* ReadIpc2581WithDefaults(const CString&) { return nullptr; }
 #endif

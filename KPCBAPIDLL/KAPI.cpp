@@ -72,9 +72,13 @@ int KPCB_Launch(CString file, int hide) {
         const char* launchSwitch = hide ? " -LAUNCH-FROM-KAPI-HIDE " : " -LAUNCH-FROM-KAPI ";
         const CString commandLine = CString("\"") + exe + "\"" + launchSwitch + "\"" + file + "\"";
         GetUniversalLogger().LogLine("Launch : %s", commandLine.GetString());
+        platform::Status why;
         const int pid = platform::StartProcess(exe.str(), commandLine.str(),
-                                               {CString(launchSwitch).Trim().str(), file.str()});
-        if (pid <= 0) return KPCB_ERR_202;
+                                               {CString(launchSwitch).Trim().str(), file.str()}, &why);
+        if (pid <= 0) {
+            GetUniversalLogger().LogLine("Launch Fail : %s", why.Text());
+            return KPCB_ERR_202;
+        }
 
         // A viewer that cannot be heard is asked to close rather than left behind.
         CMailslot returnSlot(0, ReturnSlotName());

@@ -9,6 +9,7 @@
 #include "GCUtility.h"
 #include "PdbFileIO.h"
 #include "PdbText.h"
+#include "platform.h"
 
 namespace {
 
@@ -424,8 +425,9 @@ int CPdbbProcessor::SavePDB(const CString& path, CPdb* pdb, int overwrite, int t
     GCUtility& util = GCUtility::GetInstance();
     if (makeFolders == 1) {
         const CString folder = util.GetSegmntFromFilePath(path, 1);
-        if (!folder.IsEmpty() && !util.MakeDirectory(folder)) {
-            m_LastError.Format("%s: cannot create the folder", folder.GetString());
+        const platform::Status made = folder.IsEmpty() ? platform::Status() : platform::MakeDirectory(folder.str());
+        if (!made) {
+            m_LastError.Format("%s: cannot create the folder: %s", folder.GetString(), made.Text());
             return 0;
         }
     }
@@ -532,12 +534,9 @@ std::unique_ptr<CPdb> CPdbbProcessor::LoadPDBFromMemory(const void* data, size_t
 }
 
 std::unique_ptr<CPdb> CPdbbProcessor::LoadPDB(const CString& path, CString& error) {
-    std::string bytes;
-    if (!pdbfile::ReadAll(path, bytes, error)) return nullptr;
-    CString problem;
-    std::unique_ptr<CPdb> pdb = LoadPDBFromMemory(bytes.data(), bytes.size(), problem);
-    if (!pdb) error.Format("%s: %s", path.GetString(), problem.GetString());
-    return pdb;
+    return pdbfile::ReadBoard<CPdb>(path, error, [](const std::string& bytes, CString& problem) {
+        return LoadPDBFromMemory(bytes.data(), bytes.size(), problem);
+    });
 }
 
 std::unique_ptr<CPdb> CPdbbProcessor::LoadBoardFile(const CString& path, CString& error) {

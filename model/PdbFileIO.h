@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -48,4 +49,16 @@ bool WriteAll(const CString& path, const void* data, size_t size, bool overwrite
 // CFile that can seek back over what was written), so that a large file needs no
 // image in memory. An exception from write removes the temporary file and passes on.
 bool WriteThrough(const CString& path, bool overwrite, const std::function<void(CFile&)>& write, CString& error);
+
+// Reads the whole file and hands its bytes to parse(bytes, problem), which returns
+// the board or null with its reason in problem; a failure's error names the path.
+template <class Board, class Parse>
+std::unique_ptr<Board> ReadBoard(const CString& path, CString& error, Parse parse) {
+    std::string bytes;
+    if (!ReadAll(path, bytes, error)) return nullptr;
+    CString problem;
+    std::unique_ptr<Board> board = parse(bytes, problem);
+    if (!board) error.Format("%s: %s", path.GetString(), problem.GetString());
+    return board;
+}
 }  // namespace pdbfile

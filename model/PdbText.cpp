@@ -460,10 +460,7 @@ std::unique_ptr<CPdb> CPdbText::Read(const CString& text, CString& error) {
 }
 
 std::unique_ptr<CPdb> CPdbText::ReadFile(const CString& path, CString& error) {
-    std::string bytes;
-    if (!pdbfile::ReadAll(path, bytes, error)) return nullptr;
-    CString problem;
-    std::unique_ptr<CPdb> pdb = Read(CString(std::move(bytes)), problem);
-    if (!pdb) error.Format("%s: %s", path.GetString(), problem.GetString());
-    return pdb;
+    return pdbfile::ReadBoard<CPdb>(path, error, [](std::string& bytes, CString& problem) {
+        return Read(CString(std::move(bytes)), problem);
+    });
 }

@@ -1,6 +1,8 @@
 // What an operating system must provide to the library, the viewer and the tools.
 // Everything here is implemented once per platform folder (posix/, win32/); no other
-// source calls the operating system directly.
+// source calls the operating system directly. Calls that can fail for a reason worth
+// logging return a Status (true on success), or, when they return a handle, take an
+// optional Status* that receives the reason of a failure.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +10,8 @@
 #include <ctime>
 #include <string>
 #include <vector>
+
+#include "platform_status.h"
 
 namespace platform {
 
@@ -20,29 +24,29 @@ using SlotHandle = void*;
 inline SlotHandle InvalidSlot() { return reinterpret_cast<SlotHandle>(~static_cast<uintptr_t>(0)); }
 
 // Read side. Fails (InvalidSlot) when a slot of that name exists already.
-SlotHandle CreateSlot(const std::string& name);
+SlotHandle CreateSlot(const std::string& name, Status* why = nullptr);
 // Write side. Fails (InvalidSlot) when no slot of that name exists.
-SlotHandle OpenSlot(const std::string& name);
+SlotHandle OpenSlot(const std::string& name, Status* why = nullptr);
 // Sends count bytes as one message; any size. written receives the count sent.
-bool WriteSlot(SlotHandle slot, const void* data, uint32_t count, uint32_t* written);
+Status WriteSlot(SlotHandle slot, const void* data, uint32_t count, uint32_t* written);
 // Sends two messages in this order, in one system call where the system has one
 // (a frame's length and payload). False when either could not be sent; the first
 // may then have gone out alone.
-bool WriteSlotPair(SlotHandle slot, const void* first, uint32_t firstCount, const void* second, uint32_t secondCount);
+Status WriteSlotPair(SlotHandle slot, const void* first, uint32_t firstCount, const void* second, uint32_t secondCount);
 // How long a write waits for room in a slot whose reader does not read, before it
 // fails as an undeliverable mailslot write does.
 constexpr int kSlotSendWaitMs = 2000;
 // Waits for the next message and reads it whole into data. Fails, leaving the
 // message queued, when it is larger than capacity. A slot whose wait is limited
 // (SetSlotReadTimeout) fails when nothing arrives in time.
-bool ReadSlot(SlotHandle slot, void* data, uint32_t capacity, uint32_t* read);
+Status ReadSlot(SlotHandle slot, void* data, uint32_t capacity, uint32_t* read);
 // Size of the next message, waiting up to timeoutMs (-1: for ever). Returns false on
 // time-out, error or a signal. Lets a server wait with a bound and size its buffer.
 // sender, when given, receives the id of the process that sent the message where the
 // system tells it (POSIX), else 0 (Windows mailslots do not).
-bool PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size, int* sender = nullptr);
+Status PeekSlotMessageSize(SlotHandle slot, int timeoutMs, uint32_t* size, int* sender = nullptr);
 // Size of the next message, waiting as ReadSlot does.
-bool NextSlotMessageSize(SlotHandle slot, uint32_t* size);
+Status NextSlotMessageSize(SlotHandle slot, uint32_t* size);
 // 0 waits for ever (the default).
 void SetSlotReadTimeout(SlotHandle slot, int milliseconds);
 // Whether a write side that stays open fails its writes once the read side it
@@ -58,15 +62,16 @@ int CurrentProcessId();
 bool ProcessExists(int pid);
 // Starts exe detached from the caller (never its zombie, no console), with the
 // given arguments after the program name. commandLine is the Windows-style line,
-// used as is where the system takes one. Returns the pid, or -1.
-int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& args);
+// used as is where the system takes one. Returns the pid, or -1 (why says why).
+int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& args,
+                 Status* why = nullptr);
 // Asks a viewer to close: its main window gets WM_CLOSE / its process SIGTERM.
 void RequestClose(int pid, intptr_t window);
 // Ends a started process that nobody will talk to (a launch that could not hear
 // its hello): SIGTERM on POSIX, TerminateProcess on Windows.
 void AbandonProcess(int pid);
 // Waits for the process to end. With timeoutMs < 0 waits for ever. True when it ended.
-bool WaitProcessExit(int pid, int timeoutMs);
+Status WaitProcessExit(int pid, int timeoutMs);
 
 // A held handle on one running process that tells whether it is still running
 // without looking it up again (a pidfd on Linux, a process handle on Windows), and
@@ -98,8 +103,8 @@ char PathSeparator();
 const char* ExecutableSuffix();
 bool PathExists(const std::string& path);
 bool IsDirectory(const std::string& path);
-bool MakeDirectory(const std::string& path);
-bool DeleteFile(const std::string& path);
+Status MakeDirectory(const std::string& path);
+Status DeleteFile(const std::string& path);
 // Folder of the module (shared library or executable) that holds this code.
 std::string ModuleDirectory();
 // Folder of the running executable.
@@ -134,7 +139,7 @@ namespace platform {
 // A shared library loaded at run time by its file path (any file name or extension).
 // LoadModule gives an opaque handle, or null when the file cannot be loaded. Loading
 // the same file again gives the same module, counted; UnloadModule releases one count.
-void* LoadModule(const std::string& path);
+void* LoadModule(const std::string& path, Status* why = nullptr);
 // Address of an exported symbol of a loaded module, or null.
 void* ModuleSymbol(void* module, const char* name);
 // Null does nothing.

@@ -10,15 +10,13 @@
 #include "CPdbbProcessor.h"
 #include "FrameReader.h"
 #include "Journal.h"
+#include "KPCBAPI.h"
 #include "SlotNames.h"
 #include "ViewerServer.h"
 #include "platform.h"
 
 namespace {
 
-// Negative hello values: why the viewer could not start.
-constexpr int kHelloBoardUnreadable = -3;
-constexpr int kHelloSlotTaken = -6;
 constexpr int kHelloOpenWaitMs = 60000;
 // From this board file size on (about 2,000 components) large heap pages pay back
 // the restart that asks for them.
@@ -85,12 +83,12 @@ int main(int argc, char** argv) {
     context.board = CPdbbProcessor::LoadBoardFile(CString(context.boardPath), error);
     if (!context.board) {
         journal.Malformed("board not loaded: " + error.str());
-        SayHello(kHelloBoardUnreadable);
+        SayHello(KPCB_VIEWER_BOARD_UNREADABLE);  // negative hellos: why it could not start
         return 3;
     }
     viewer::ViewerServer server(context, journal);
     if (!server.Open()) {
-        SayHello(kHelloSlotTaken);
+        SayHello(KPCB_VIEWER_SLOT_TAKEN);
         return 4;
     }
     if (!SayHello(static_cast<int>(window))) return 5;

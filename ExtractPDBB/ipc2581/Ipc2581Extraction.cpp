@@ -22,9 +22,9 @@ CPdb* Read(const CString& path) {
 
 }  // namespace
 
-CPdb* ExtractFromIpc2581(const CEP_Parameter& param) {
+CPdb* ExtractFromIpc2581(const CEP_Parameter& param, CString& outputPath) {
     CPdb* pdb = Read(param.GetAt(2));
-    SetOutputPathFromSaveName(param);
+    outputPath = OutputPathFromSaveName(param);
     return pdb;
 }
 

@@ -72,9 +72,9 @@ CPdb* Read(const CString& path, const OdbImportOptions& options) {
 
 }  // namespace
 
-CPdb* ExtractFromOdb(const CEP_Parameter& param) {
+CPdb* ExtractFromOdb(const CEP_Parameter& param, CString& outputPath) {
     CPdb* pdb = Read(param.GetAt(2), OptionsFromSlots(param));
-    SetOutputPathFromSaveName(param);
+    outputPath = OutputPathFromSaveName(param);
     return pdb;
 }
 

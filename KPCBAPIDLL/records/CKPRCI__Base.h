@@ -69,4 +69,19 @@ void SerializeReply(CArchive& ar, CKPRCI__BaseRV& reply, Fields&... fields) {
     Fields_(ar, fields...);
 }
 
+// A command whose one field is a title (the class id tells what is done with it).
+template <int Id>
+class TitleCommand : public CKPRCI__Base {
+public:
+    enum { ClassID = Id };
+    void Serialize(CArchive& ar) override { SerializeCommand(ar, ClassID, m_Title); }
+    int GetClassID() const override { return ClassID; }
+
+    CString GetTitle() const { return m_Title; }
+    void SetTitle(const CString& v) { m_Title = v; }
+
+private:
+    CString m_Title;
+};
+
 }  // namespace records

@@ -85,23 +85,8 @@ private:
     int m_Highlight = 0;
 };
 
-// Same layout as CKPRCI_Information_GetReferenceCountForPlace_RV.
-class CKPRCI_Information_GetReferenceCountForPlaceOfPart_RV : public CKPRCI__BaseRV {
-public:
-    void Serialize(CArchive& ar) override { records::SerializeReply(ar, *this, m_TopCount, m_BtmCount, m_ElseCount); }
-
-    int GetTopCount() const { return m_TopCount; }
-    void SetTopCount(int v) { m_TopCount = v; }
-    int GetBtmCount() const { return m_BtmCount; }
-    void SetBtmCount(int v) { m_BtmCount = v; }
-    int GetElseCount() const { return m_ElseCount; }
-    void SetElseCount(int v) { m_ElseCount = v; }
-
-private:
-    int m_TopCount = 0;
-    int m_BtmCount = 0;
-    int m_ElseCount = 0;
-};
+// The same counts, for the components of the parts asked about.
+class CKPRCI_Information_GetReferenceCountForPlaceOfPart_RV : public CKPRCI_Information_GetReferenceCountForPlace_RV {};
 
 // Pin pitch of a component (FunctionType 0) or of a two-pin component (1), in the given unit.
 class CKPRCI_Information_GetPinPitch : public CKPRCI__Base {

@@ -47,18 +47,7 @@ private:
 };
 
 // Calls up one red mark by its title; answered by CKPRCI_RedMark_SelectedItem_RV.
-class CKPRCI_RedMark_SelectedItem : public CKPRCI__Base {
-public:
-    enum { ClassID = 22 };
-    void Serialize(CArchive& ar) override { records::SerializeCommand(ar, ClassID, m_Title); }
-    int GetClassID() const override { return ClassID; }
-
-    CString GetTitle() const { return m_Title; }
-    void SetTitle(const CString& v) { m_Title = v; }
-
-private:
-    CString m_Title;
-};
+class CKPRCI_RedMark_SelectedItem : public records::TitleCommand<22> {};
 
 // The text of the red mark called up.
 class CKPRCI_RedMark_SelectedItem_RV : public CKPRCI__BaseRV {
@@ -73,18 +62,7 @@ private:
 };
 
 // Removes one red mark by its title; answered by a bare CKPRCI__BaseRV.
-class CKPRCI_RedMark_RemoveItem : public CKPRCI__Base {
-public:
-    enum { ClassID = 23 };
-    void Serialize(CArchive& ar) override { records::SerializeCommand(ar, ClassID, m_Title); }
-    int GetClassID() const override { return ClassID; }
-
-    CString GetTitle() const { return m_Title; }
-    void SetTitle(const CString& v) { m_Title = v; }
-
-private:
-    CString m_Title;
-};
+class CKPRCI_RedMark_RemoveItem : public records::TitleCommand<23> {};
 
 // Sets the calling status, or (ReturnMode 1) asks for it unchanged; the question is
 // answered by CKPRCI_RedMark_SetStatusForCalling_RV.

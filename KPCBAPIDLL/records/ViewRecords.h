@@ -106,15 +106,4 @@ private:
     double m_Angle = 0;
 };
 
-class CKPRCI_Information_SetMainTitle : public CKPRCI__Base {
-public:
-    enum { ClassID = 27 };
-    void Serialize(CArchive& ar) override { records::SerializeCommand(ar, ClassID, m_Title); }
-    int GetClassID() const override { return ClassID; }
-
-    CString GetTitle() const { return m_Title; }
-    void SetTitle(const CString& v) { m_Title = v; }
-
-private:
-    CString m_Title;
-};
+class CKPRCI_Information_SetMainTitle : public records::TitleCommand<27> {};

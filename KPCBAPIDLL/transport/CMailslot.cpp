@@ -7,6 +7,14 @@
 
 #include "CUniversalLogger.h"
 
+namespace {
+// The documented line, then why the system refused the write.
+void LogSendFailure(uint32_t unsent, platform::Status why) {
+    GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(unsent));
+    GetUniversalLogger().LogLine("Send Fail reason : %s", why.Text());
+}
+}  // namespace
+
 CMailslot::CMailslot(const int& isClient_, const CString& name_) : isClient(isClient_), name(name_), handle(nullptr) {}
 
 CMailslot::~CMailslot() {
@@ -27,8 +35,9 @@ int CMailslot::WriteBytes(const void* buffer, unsigned int count) {
     uint32_t total = 0;
     while (total < count) {
         uint32_t written = 0;
-        if (!platform::WriteSlot(handle, bytes + total, count - total, &written) || written == 0) {
-            GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(count - total));
+        const platform::Status sent = platform::WriteSlot(handle, bytes + total, count - total, &written);
+        if (!sent || written == 0) {
+            LogSendFailure(count - total, sent);
             return 0;
         }
         total += written;
@@ -66,8 +75,9 @@ int WriteFrame(CMailslot& slot, const void* payload, uint32_t size) {
     std::memcpy(prefix, &size, 4);
     // An empty frame is its length alone; the empty write is logged as every one is.
     if (size == 0) return slot.WriteBytes(prefix, 4) && slot.WriteBytes(payload, 0);
-    if (platform::WriteSlotPair(slot.GetHandle(), prefix, 4, payload, size)) return 1;
-    GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(size));
+    const platform::Status sent = platform::WriteSlotPair(slot.GetHandle(), prefix, 4, payload, size);
+    if (sent) return 1;
+    LogSendFailure(size, sent);
     return 0;
 }
 

@@ -25,16 +25,17 @@ bool IsDirectory(const std::string& path) {
     return !path.empty() && stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-bool MakeDirectory(const std::string& path) {
-    if (path.empty()) return false;
-    if (IsDirectory(path)) return true;
+Status MakeDirectory(const std::string& path) {
+    if (path.empty()) return Error::kInvalid;
+    if (IsDirectory(path)) return Status();
     // Create every missing parent first.
     const size_t cut = path.find_last_of('/');
     if (cut != std::string::npos && cut > 0) MakeDirectory(path.substr(0, cut));
-    return mkdir(path.c_str(), 0777) == 0 || errno == EEXIST;
+    if (mkdir(path.c_str(), 0777) == 0 || errno == EEXIST) return Status();
+    return LastSystemError();
 }
 
-bool DeleteFile(const std::string& path) { return unlink(path.c_str()) == 0; }
+Status DeleteFile(const std::string& path) { return unlink(path.c_str()) == 0 ? Status() : LastSystemError(); }
 
 std::string ModuleDirectory() {
     Dl_info info{};

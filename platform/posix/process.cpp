@@ -107,7 +107,9 @@ bool ProcessExists(int pid) {
     return StateIsLive(pid);
 }
 
-int StartProcess(const std::string& exe, const std::string& /*commandLine*/, const std::vector<std::string>& args) {
+int StartProcess(const std::string& exe, const std::string& /*commandLine*/, const std::vector<std::string>& args,
+                 Status* why) {
+    if (why) *why = Status();
     std::vector<std::string> owned;
     owned.reserve(args.size() + 1);
     owned.push_back(exe);
@@ -117,9 +119,13 @@ int StartProcess(const std::string& exe, const std::string& /*commandLine*/, con
     argv.push_back(nullptr);
 
     int notes[2];
-    if (pipe2(notes, O_CLOEXEC) != 0) return -1;
+    if (pipe2(notes, O_CLOEXEC) != 0) {
+        if (why) *why = LastSystemError();
+        return -1;
+    }
     const pid_t middle = fork();
     if (middle < 0) {
+        if (why) *why = LastSystemError();
         close(notes[0]);
         close(notes[1]);
         return -1;
@@ -139,17 +145,22 @@ int StartProcess(const std::string& exe, const std::string& /*commandLine*/, con
     while (waitpid(middle, &status, 0) < 0 && errno == EINTR) {
     }
     int viewerPid = -1;
-    bool execFailed = false;
+    int execError = 0;
     LaunchNote note;
     for (;;) {
         const ssize_t r = read(notes[0], &note, sizeof(note));
         if (r < 0 && errno == EINTR) continue;
         if (r != static_cast<ssize_t>(sizeof(note))) break;  // every writer has gone: exec succeeded or failed
         if (note.kind == 1) viewerPid = note.value;
-        if (note.kind == 2) execFailed = true;
+        if (note.kind == 2) execError = note.value;
     }
     close(notes[0]);
-    return execFailed ? -1 : viewerPid;
+    if (execError != 0 || viewerPid < 0) {
+        errno = execError != 0 ? execError : EAGAIN;  // no exec error: the second fork failed
+        if (why) *why = LastSystemError();
+        return -1;
+    }
+    return viewerPid;
 }
 
 void RequestClose(int pid, intptr_t /*window*/) {
@@ -205,18 +216,18 @@ void StopWatching(ProcessWatch handle) {
 namespace {
 // Without a pidfd (an older kernel, or a tool such as memcheck that runs the program
 // and does not know the call) the process is looked up every few milliseconds.
-bool WaitByLookingUp(int pid, int timeoutMs) {
+Status WaitByLookingUp(int pid, int timeoutMs) {
     constexpr useconds_t kLookEveryUs = 5000;
     for (long waitedUs = 0; ProcessExists(pid); waitedUs += kLookEveryUs) {
-        if (timeoutMs >= 0 && waitedUs >= timeoutMs * 1000L) return false;
+        if (timeoutMs >= 0 && waitedUs >= timeoutMs * 1000L) return Error::kTimedOut;
         usleep(kLookEveryUs);
     }
-    return true;
+    return Status();
 }
 }  // namespace
 
-bool WaitProcessExit(int pid, int timeoutMs) {
-    if (pid <= 0) return true;
+Status WaitProcessExit(int pid, int timeoutMs) {
+    if (pid <= 0) return Status();
     const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
     if (pidFd < 0) return WaitByLookingUp(pid, timeoutMs);
     pollfd p{pidFd, POLLIN, 0};
@@ -224,8 +235,9 @@ bool WaitProcessExit(int pid, int timeoutMs) {
     do {
         r = poll(&p, 1, timeoutMs);
     } while (r < 0 && errno == EINTR);
+    const Status waited = r > 0 ? Status() : r == 0 ? Status(Error::kTimedOut) : LastSystemError();
     close(pidFd);
-    return r > 0;
+    return waited;
 }
 
 }  // namespace platform

@@ -262,61 +262,67 @@ bool SendEnvelope(int fd, const void* data, uint32_t count) {
         } while (sent < 0 && errno == EINTR);
         ok = sent == static_cast<ssize_t>(sizeof(envelope));
     }
+    const int reason = errno;  // the failure's, not the close's
     close(memFd);
+    errno = reason;
     return ok;
+}
+
+// A failed open: why receives the reason, and fd (when open) is closed.
+SlotHandle FailedOpen(Status* why, Status reason, int fd = -1) {
+    if (why) *why = reason;
+    if (fd >= 0) close(fd);
+    return InvalidSlot();
 }
 
 }  // namespace
 
-SlotHandle CreateSlot(const std::string& name) {
+SlotHandle CreateSlot(const std::string& name, Status* why) {
     sockaddr_un address;
     socklen_t length;
-    if (!MakeAddress(name, address, length)) return InvalidSlot();
+    if (!MakeAddress(name, address, length)) return FailedOpen(why, Error::kTooBig);
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return InvalidSlot();
+    if (fd < 0) return FailedOpen(why, LastSystemError());
     const int on = 1;
     if (setsockopt(fd, SOL_SOCKET, SO_PASSCRED, &on, sizeof(on)) != 0 ||
-        bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0) {
-        close(fd);
-        return InvalidSlot();
-    }
+        bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0)
+        return FailedOpen(why, LastSystemError(), fd);
     Slot* slot = new (std::nothrow) Slot(fd);
     unsigned char* held = new (std::nothrow) unsigned char[kHeldCapacity];
     if (!slot || !held) {
         delete slot;
         delete[] held;
-        close(fd);
-        return InvalidSlot();
+        return FailedOpen(why, Error::kNoMemory, fd);
     }
     slot->owner = getuid();
     slot->held = held;
     return slot;
 }
 
-SlotHandle OpenSlot(const std::string& name) {
+SlotHandle OpenSlot(const std::string& name, Status* why) {
     sockaddr_un address;
     socklen_t length;
-    if (!MakeAddress(name, address, length)) return InvalidSlot();
+    if (!MakeAddress(name, address, length)) return FailedOpen(why, Error::kTooBig);
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return InvalidSlot();
+    if (fd < 0) return FailedOpen(why, LastSystemError());
     int r;
     do {
         r = connect(fd, reinterpret_cast<sockaddr*>(&address), length);
     } while (r != 0 && errno == EINTR);
-    if (r != 0) { close(fd); return InvalidSlot(); }
+    if (r != 0) return FailedOpen(why, LastSystemError(), fd);
     // A reader that stops reading fills its queue; a write then waits for room only
     // this long, so that the writer's thread is not held for ever.
     const timeval sendWait{kSlotSendWaitMs / 1000, (kSlotSendWaitMs % 1000) * 1000};
     setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &sendWait, sizeof(sendWait));
     Slot* slot = new (std::nothrow) Slot(fd);  // a write side reads nothing
-    if (!slot) { close(fd); return InvalidSlot(); }
+    if (!slot) return FailedOpen(why, Error::kNoMemory, fd);
     return slot;
 }
 
-bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {
+Status WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {
     if (written) *written = 0;
     Slot* slot = AsSlot(handle);
-    if (!slot || (count && !data)) return false;
+    if (!slot || (count && !data)) return Error::kInvalid;
     bool ok;
     if (count > kLargestInlineMessage) {
         ok = SendEnvelope(slot->fd, data, count);
@@ -326,18 +332,21 @@ bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* wr
             sent = send(slot->fd, data, count, MSG_NOSIGNAL);
         } while (sent < 0 && errno == EINTR);
         ok = sent == static_cast<ssize_t>(count);
+        if (sent >= 0 && !ok) errno = EMSGSIZE;
     }
-    if (ok && written) *written = count;
-    return ok;
+    if (!ok) return LastSystemError();
+    if (written) *written = count;
+    return Status();
 }
 
-bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
-                   uint32_t secondCount) {
+Status WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
+                     uint32_t secondCount) {
     Slot* slot = AsSlot(handle);
-    if (!slot || (firstCount && !first) || (secondCount && !second)) return false;
+    if (!slot || (firstCount && !first) || (secondCount && !second)) return Error::kInvalid;
     if (firstCount > kLargestInlineMessage || secondCount > kLargestInlineMessage) {
         uint32_t written = 0;
-        return WriteSlot(handle, first, firstCount, &written) && WriteSlot(handle, second, secondCount, &written);
+        const Status sent = WriteSlot(handle, first, firstCount, &written);
+        return sent ? WriteSlot(handle, second, secondCount, &written) : sent;
     }
     iovec io[2] = {{const_cast<void*>(first), firstCount}, {const_cast<void*>(second), secondCount}};
     mmsghdr messages[2] = {};
@@ -349,10 +358,12 @@ bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, co
     while (done < 2) {
         const int sent = sendmmsg(slot->fd, messages + done, 2 - done, MSG_NOSIGNAL);
         if (sent < 0 && errno == EINTR) continue;
-        if (sent <= 0) return false;
+        if (sent < 0) return LastSystemError();
+        if (sent == 0) return Error::kUnknown;
         done += static_cast<unsigned>(sent);
     }
-    return messages[0].msg_len == firstCount && messages[1].msg_len == secondCount;
+    if (messages[0].msg_len != firstCount || messages[1].msg_len != secondCount) return Error::kTooBig;
+    return Status();
 }
 
 namespace {
@@ -363,7 +374,7 @@ namespace {
 // waiting when the socket's receive time-out is already the one wanted (a
 // server that waits the same way each time); else a look without waiting comes first,
 // as the message is often there already, and only then the time-out is changed.
-bool WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
+Status WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
     if (!slot->headKnown) {
         const int limit = timeoutMs < 0 ? 0 : timeoutMs;
         const Wait block = interruptible ? Wait::BlockInterruptible : Wait::Block;
@@ -382,49 +393,54 @@ bool WaitHead(Slot* slot, int timeoutMs, bool interruptible, Head& head) {
                 }
             }
         }
-        if (r != TakeResult::Message) {
-            if (r == TakeResult::Empty) errno = ETIMEDOUT;
-            return false;
-        }
+        if (r == TakeResult::Empty) return Error::kTimedOut;
+        if (r != TakeResult::Message) return LastSystemError();
     }
     head = slot->head;
-    return true;
+    return Status();
 }
 
 int ReadTimeout(const Slot* slot) { return slot->timeoutMs > 0 ? slot->timeoutMs : -1; }
 }  // namespace
 
-bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
+Status PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
     Slot* slot = AsSlot(handle);
+    if (!slot) return Error::kInvalid;
     Head head;
-    if (!slot || !WaitHead(slot, timeoutMs, true, head)) return false;
+    const Status waited = WaitHead(slot, timeoutMs, true, head);
+    if (!waited) return waited;
     if (size) *size = head.size;
     if (sender) *sender = head.sender;
-    return true;
+    return Status();
 }
 
-bool NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
+Status NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
     Slot* slot = AsSlot(handle);
+    if (!slot) return Error::kInvalid;
     Head head;
-    if (!slot || !WaitHead(slot, ReadTimeout(slot), false, head)) return false;
+    const Status waited = WaitHead(slot, ReadTimeout(slot), false, head);
+    if (!waited) return waited;
     if (size) *size = head.size;
-    return true;
+    return Status();
 }
 
-bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
+Status ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
     if (read) *read = 0;
     Slot* slot = AsSlot(handle);
+    if (!slot) return Error::kInvalid;
     Head head;
-    if (!slot || !WaitHead(slot, ReadTimeout(slot), false, head)) return false;
-    if (head.size > capacity) { errno = EMSGSIZE; return false; }  // it stays held
+    const Status waited = WaitHead(slot, ReadTimeout(slot), false, head);
+    if (!waited) return waited;
+    if (head.size > capacity) return Error::kTooBig;  // it stays held
     bool ok = true;
     if (head.envelope)
         ok = CopyOut(slot->heldFd, data, head.size);
     else if (head.size)
         std::memcpy(data, slot->held, head.size);
+    const Status copied = ok ? Status() : LastSystemError();
     DropHead(slot);
     if (ok && read) *read = head.size;
-    return ok;
+    return copied;
 }
 
 bool KeptWriterNoticesClosedReader() { return true; }

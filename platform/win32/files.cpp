@@ -40,9 +40,9 @@ bool IsDirectory(const std::string& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool MakeDirectory(const std::string& path) {
-    if (path.empty()) return false;
-    if (IsDirectory(path)) return true;
+Status MakeDirectory(const std::string& path) {
+    if (path.empty()) return Error::kInvalid;
+    if (IsDirectory(path)) return Status();
     // Create every missing parent first; a drive ("C:") or share root needs no creation.
     size_t cut = path.find_last_of("\\/");
     while (cut != std::string::npos && cut > 0 && IsSeparator(path[cut - 1])) --cut;
@@ -50,10 +50,11 @@ bool MakeDirectory(const std::string& path) {
         const std::string parent = path.substr(0, cut);
         if (!(parent.size() == 2 && parent[1] == ':')) MakeDirectory(parent);
     }
-    return CreateDirectoryA(path.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS;
+    if (CreateDirectoryA(path.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS) return Status();
+    return LastSystemError();
 }
 
-bool DeleteFile(const std::string& path) { return DeleteFileA(path.c_str()) != 0; }
+Status DeleteFile(const std::string& path) { return DeleteFileA(path.c_str()) != 0 ? Status() : LastSystemError(); }
 
 std::string ModuleDirectory() {
     HMODULE module = nullptr;

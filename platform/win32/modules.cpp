@@ -3,13 +3,20 @@
 
 namespace platform {
 
-void* LoadModule(const std::string& path) {
-    if (path.empty()) return nullptr;
+void* LoadModule(const std::string& path, Status* why) {
+    if (why) *why = Status();
+    if (path.empty()) {
+        if (why) *why = Error::kInvalid;
+        return nullptr;
+    }
     // A full path: a bare name would be looked for along the system's search path.
     std::string file(MAX_PATH, '\0');
     for (;;) {
         const DWORD n = GetFullPathNameA(path.c_str(), static_cast<DWORD>(file.size()), &file[0], nullptr);
-        if (n == 0) return nullptr;
+        if (n == 0) {
+            if (why) *why = LastSystemError();
+            return nullptr;
+        }
         if (n < file.size()) {
             file.resize(n);
             break;
@@ -23,6 +30,7 @@ void* LoadModule(const std::string& path) {
     DWORD previous = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previous);
     HMODULE module = LoadLibraryExA(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (!module && why) *why = LastSystemError();
     SetThreadErrorMode(previous, nullptr);
     return reinterpret_cast<void*>(module);
 }

@@ -98,14 +98,18 @@ bool ProcessExists(int pid) {
     return found;
 }
 
-int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& /*args*/) {
+int StartProcess(const std::string& exe, const std::string& commandLine, const std::vector<std::string>& /*args*/,
+                 Status* why) {
+    if (why) *why = Status();
     std::string line = commandLine;  // CreateProcessA may write into its command line
     STARTUPINFOA startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
     if (!CreateProcessA(exe.c_str(), &line[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,
-                        &process))
+                        &process)) {
+        if (why) *why = LastSystemError();
         return -1;
+    }
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     return static_cast<int>(process.dwProcessId);
@@ -134,12 +138,18 @@ void StopWatching(ProcessWatch watch) {
     if (watch) CloseHandle(static_cast<HANDLE>(watch));
 }
 
-bool WaitProcessExit(int pid, int timeoutMs) {
+Status WaitProcessExit(int pid, int timeoutMs) {
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(pid));
-    if (!process) return !ProcessExists(pid);
+    if (!process) {
+        const Status refused = LastSystemError();  // before the look-up sets another
+        return ProcessExists(pid) ? refused : Status();
+    }
     const DWORD result = WaitForSingleObject(process, timeoutMs < 0 ? INFINITE : static_cast<DWORD>(timeoutMs));
+    const Status waited = result == WAIT_OBJECT_0 ? Status()
+                          : result == WAIT_TIMEOUT ? Status(Error::kTimedOut)
+                                                   : LastSystemError();
     CloseHandle(process);
-    return result == WAIT_OBJECT_0;
+    return waited;
 }
 
 }  // namespace platform

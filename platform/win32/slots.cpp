@@ -28,11 +28,15 @@ Slot* AsSlot(SlotHandle handle) {
     return handle == nullptr || handle == InvalidSlot() ? nullptr : static_cast<Slot*>(handle);
 }
 
-SlotHandle Wrap(HANDLE handle) {
-    if (handle == INVALID_HANDLE_VALUE) return InvalidSlot();
+SlotHandle Wrap(HANDLE handle, Status* why) {
+    if (handle == INVALID_HANDLE_VALUE) {
+        if (why) *why = LastSystemError();
+        return InvalidSlot();
+    }
     Slot* slot = new (std::nothrow) Slot{handle, false, {}};
     if (!slot) {
         CloseHandle(handle);
+        if (why) *why = Error::kNoMemory;
         return InvalidSlot();
     }
     return slot;
@@ -74,19 +78,16 @@ bool HeadSize(Slot& slot, uint32_t& size, bool& failed) {
 // Mailslots cannot be waited on, so the wait for the next message looks at the
 // queue in short steps: at first often, then every few milliseconds.
 // timeoutMs < 0 waits for ever; interruptible also ends the wait on a close request.
-bool WaitHeadSize(Slot& slot, int timeoutMs, bool interruptible, uint32_t& size) {
+Status WaitHeadSize(Slot& slot, int timeoutMs, bool interruptible, uint32_t& size) {
     const ULONGLONG start = GetTickCount64();
     DWORD pause = 0;
     for (;;) {
         bool failed = false;
-        if (HeadSize(slot, size, failed)) return true;
-        if (failed) return false;
-        if (interruptible && win32::CloseRequestPending()) return false;
+        if (HeadSize(slot, size, failed)) return Status();
+        if (failed) return LastSystemError();
+        if (interruptible && win32::CloseRequestPending()) return Error::kInterrupted;
         const ULONGLONG waited = GetTickCount64() - start;
-        if (timeoutMs >= 0 && waited >= static_cast<ULONGLONG>(timeoutMs)) {
-            SetLastError(ERROR_SEM_TIMEOUT);
-            return false;
-        }
+        if (timeoutMs >= 0 && waited >= static_cast<ULONGLONG>(timeoutMs)) return Error::kTimedOut;
         DWORD step = pause;
         if (timeoutMs >= 0) step = std::min<DWORD>(step, static_cast<DWORD>(timeoutMs - waited));
         Sleep(step);
@@ -103,77 +104,81 @@ int ReadTimeout(const Slot& slot) {
 
 }  // namespace
 
-SlotHandle CreateSlot(const std::string& name) {
-    return Wrap(CreateMailslotA(name.c_str(), 0, MAILSLOT_WAIT_FOREVER, nullptr));
+SlotHandle CreateSlot(const std::string& name, Status* why) {
+    return Wrap(CreateMailslotA(name.c_str(), 0, MAILSLOT_WAIT_FOREVER, nullptr), why);
 }
 
-SlotHandle OpenSlot(const std::string& name) {
+SlotHandle OpenSlot(const std::string& name, Status* why) {
     // Windows lets any number of writers hold a mailslot open with read sharing alone;
     // Wine refuses a second writer unless every writer also shares writing. Sharing
     // both keeps writers on several threads (or processes) apart under Wine too.
     return Wrap(CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
+                why);
 }
 
-bool WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {
+Status WriteSlot(SlotHandle handle, const void* data, uint32_t count, uint32_t* written) {
     if (written) *written = 0;
     Slot* slot = AsSlot(handle);
-    if (!slot || (count && !data)) return false;
+    if (!slot || (count && !data)) return Error::kInvalid;
     DWORD done = 0;
-    if (!WriteFile(slot->handle, data, count, &done, nullptr)) return false;
+    if (!WriteFile(slot->handle, data, count, &done, nullptr)) return LastSystemError();
     if (written) *written = done;
-    return true;
+    return Status();
 }
 
-bool WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
-                   uint32_t secondCount) {
+Status WriteSlotPair(SlotHandle handle, const void* first, uint32_t firstCount, const void* second,
+                     uint32_t secondCount) {
     // A mailslot takes one message per write; a write does not wait for the reader.
     uint32_t written = 0;
-    return WriteSlot(handle, first, firstCount, &written) && WriteSlot(handle, second, secondCount, &written);
+    const Status sent = WriteSlot(handle, first, firstCount, &written);
+    return sent ? WriteSlot(handle, second, secondCount, &written) : sent;
 }
 
-bool ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
+Status ReadSlot(SlotHandle handle, void* data, uint32_t capacity, uint32_t* read) {
     if (read) *read = 0;
     Slot* slot = AsSlot(handle);
-    if (!slot) return false;
+    if (!slot) return Error::kInvalid;
     // Windows fails a read into a buffer smaller than the next message and leaves the
     // message queued; Wine cuts the message to the buffer and drops the rest. So the
     // size is looked at first (a slot has one reader: the head cannot change meanwhile).
     uint32_t next = 0;
-    if (!WaitHeadSize(*slot, ReadTimeout(*slot), false, next)) return false;
-    if (next > capacity) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return false;
-    }
+    const Status waited = WaitHeadSize(*slot, ReadTimeout(*slot), false, next);
+    if (!waited) return waited;
+    if (next > capacity) return Error::kTooBig;
     if (slot->holding) {
         if (next) std::memcpy(data, slot->held.data(), next);
         slot->held.clear();
         slot->held.shrink_to_fit();
         slot->holding = false;
         if (read) *read = next;
-        return true;
+        return Status();
     }
     DWORD done = 0;
-    if (!ReadFile(slot->handle, data, capacity, &done, nullptr)) return false;
+    if (!ReadFile(slot->handle, data, capacity, &done, nullptr)) return LastSystemError();
     if (read) *read = done;
-    return true;
+    return Status();
 }
 
-bool PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
+Status PeekSlotMessageSize(SlotHandle handle, int timeoutMs, uint32_t* size, int* sender) {
     Slot* slot = AsSlot(handle);
+    if (!slot) return Error::kInvalid;
     uint32_t next = 0;
-    if (!slot || !WaitHeadSize(*slot, timeoutMs, true, next)) return false;
+    const Status waited = WaitHeadSize(*slot, timeoutMs, true, next);
+    if (!waited) return waited;
     if (size) *size = next;
     if (sender) *sender = 0;  // a mailslot does not tell who wrote a message
-    return true;
+    return Status();
 }
 
-bool NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
+Status NextSlotMessageSize(SlotHandle handle, uint32_t* size) {
     Slot* slot = AsSlot(handle);
+    if (!slot) return Error::kInvalid;
     uint32_t next = 0;
-    if (!slot || !WaitHeadSize(*slot, ReadTimeout(*slot), false, next)) return false;
+    const Status waited = WaitHeadSize(*slot, ReadTimeout(*slot), false, next);
+    if (!waited) return waited;
     if (size) *size = next;
-    return true;
+    return Status();
 }
 
 bool KeptWriterNoticesClosedReader() { return false; }

@@ -15,7 +15,7 @@ using testing_support::Join;
 
 namespace {
 
-CStringArray Args(std::initializer_list<std::string> items) {
+CStringArray Args(const std::vector<std::string>& items) {
     CStringArray out;
     for (const auto& item : items) out.Add(CString(item));
     return out;
@@ -115,11 +115,8 @@ CStringArray RowArgs(const Row& row, const std::string& design, const std::strin
     if (row.kind == Kind::Zdf) items.insert(items.end(), {"/A", "/S"});
     if (row.kind == Kind::Zps) items.push_back("/W");
     if (row.kind == Kind::Dsn) items.push_back("board");
-    while (static_cast<int>(items.size()) < count) items.push_back("x");
-    items.resize(static_cast<size_t>(count));
-    CStringArray out;
-    for (const auto& item : items) out.Add(CString(item));
-    return out;
+    items.resize(static_cast<size_t>(count), "x");
+    return Args(items);
 }
 }  // namespace
 
@@ -133,9 +130,8 @@ TEST(CEP_ParameterTable, EveryRowRefusesWithItsMessageOnceAndAcceptsGoodPaths) {
         fs::create_directories(design);
         fs::create_directories(save);
         Touch(Join(design, "board.dsn"));
-        std::string blocked;  // a save folder that cannot exist or be made
         Touch(log.Dir() / "file");
-        blocked = log.Dir() / "file/save";
+        const std::string blocked = log.Dir() / "file/save";  // a save folder that cannot exist or be made
 
         // Below the minimum nothing is tested and nothing is said.
         {
@@ -206,9 +202,7 @@ TEST(CEP_ParameterTable, MentorChecksModeAndNamedValuesFromSevenArguments) {
     auto check = [&](std::initializer_list<std::string> tail) {
         std::vector<std::string> items = {"From_KAPI", "/MB", d, d, "out"};
         items.insert(items.end(), tail);
-        CStringArray args;
-        for (const auto& item : items) args.Add(CString(item));
-        return CEP_Parameter(args).CheckParameter();
+        return CEP_Parameter(Args(items)).CheckParameter();
     };
     EXPECT_EQ(check({"/X"}), 1);                        // six: the mode is not read
     EXPECT_EQ(check({"/X", "y"}), 0);                   // seven: the mode must be /S, /A or /AF
@@ -239,9 +233,7 @@ TEST(CEP_ParameterTable, BoardDesignerAndPwsLetterSwitchesFailSilently) {
     auto zps = [&](std::initializer_list<std::string> tail) {
         std::vector<std::string> items = {"From_KAPI", "/Z", missing, d};
         items.insert(items.end(), tail);
-        CStringArray args;
-        for (const auto& item : items) args.Add(CString(item));
-        return CEP_Parameter(args).CheckParameter();
+        return CEP_Parameter(Args(items)).CheckParameter();
     };
     EXPECT_EQ(zps({"/w"}), 1);
     EXPECT_EQ(zps({"/a"}), 1);
@@ -308,9 +300,7 @@ namespace {
 CStringArray OdbArgs(const std::string& dir, std::initializer_list<std::string> options) {
     std::vector<std::string> items = {"From_KAPI", "/ODB", dir, Join(dir, "made/here"), "job"};
     items.insert(items.end(), options);
-    CStringArray out;
-    for (const auto& item : items) out.Add(CString(item));
-    return out;
+    return Args(items);
 }
 }  // namespace
 

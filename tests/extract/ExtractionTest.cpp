@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <map>
 
 #include "CPdbbProcessor.h"
@@ -133,7 +134,6 @@ TEST_F(Extraction, AllegroKindLetters) {
     EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'q', "x1", "x2"), 0);
     EXPECT_EQ(Arguments(), (std::vector<std::string>{"From_KAPI", "/A", folder, out, "board", "x1", "x2"}));
     ExpectReceived({{"SeparateFiles", "0"}, {"Brd", ""}});
-    EXPECT_EQ(extract_pdb::GetOutputPath(), Join(out, "x1.pdbb"));
     EXPECT_TRUE(fs::exists(Join(out, "x1.pdbb")));
 }
 
@@ -183,7 +183,8 @@ TEST_F(Extraction, BoardDesignerDriverClearsTheFirstModeForUppercaseBOnly) {
         for (const char* item : {"From_KAPI", "/B", design.c_str(), out.c_str(), letter, "/a", "o1", "o2"}) args.Add(item);
         CEP_Parameter param(args);
         ASSERT_EQ(param.CheckParameter(), 1);
-        delete extract_pdb::ExtractFromBoardDesigner(param);
+        CString outputPath;
+        delete extract_pdb::ExtractFromBoardDesigner(param, outputPath);
         EXPECT_EQ(Received()["FirstMode"], letter[1] == 'B' ? "0" : "1") << letter;
     }
     EXPECT_EQ(LiveBoards("BoardDesigner"), 0);
@@ -234,15 +235,23 @@ TEST_F(Extraction, RefusedArgumentsGiveTwoWithoutImporter) {
     EXPECT_TRUE(Received().empty());
 }
 
-TEST_F(Extraction, NoBoardGivesThreeAndTheOutputPathIsStillSet) {
+TEST_F(Extraction, NoBoardGivesThreeAndNothingIsSaved) {
     const std::string design = MakeFile("alg/board.brd");
     for (const char* answer : {"null", "throw"}) {
         testing_support::SetEnv("KPCB_TEST_IMPORTER_RESULT", answer);
         EXPECT_EQ(ExtractPdbbFromAllegro(out.c_str(), design.c_str(), 'b', "", "late"), 3) << answer;
         EXPECT_EQ(Received()["Extra2"], "late");
-        EXPECT_EQ(extract_pdb::GetOutputPath(), Join(out, "board.pdbb"));
         EXPECT_FALSE(fs::exists(Join(out, "board.pdbb")));
     }
+}
+
+TEST_F(Extraction, ExtractionsOnTwoThreadsSaveEachToItsOwnPath) {
+    const std::string design = MakeFolder("mentor");
+    auto run = [&](const char* name) { return ExtractPdbbFromMentor(Join(out, name).c_str(), design.c_str(), 0, ""); };
+    std::future<int> first = std::async(std::launch::async, run, "first.pdbb");
+    EXPECT_EQ(run("second.pdbb"), 0);
+    EXPECT_EQ(first.get(), 0);
+    EXPECT_TRUE(fs::exists(Join(out, "first.pdbb")) && fs::exists(Join(out, "second.pdbb")));
 }
 
 TEST_F(Extraction, FailedSaveGivesFourAndTheBoardIsDestroyed) {

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "FakeViewer.h"
+#include "FaultTiming.h"
 #include "InformationRecords.h"
 #include "KapiFrame.h"
 #include "KPCBAPI.hpp"
@@ -15,21 +16,6 @@
 
 using testing_support::Bytes;
 using testing_support::FakeViewer;
-using Clock = std::chrono::steady_clock;
-
-namespace {
-
-long long MillisecondsSince(Clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-// Restores the default (no limit) whatever the test does.
-struct ReplyTimeout {
-    explicit ReplyTimeout(int ms) { KPCB_SetReplyTimeout(ms); }
-    ~ReplyTimeout() { KPCB_SetReplyTimeout(0); }
-};
-
-}  // namespace
 
 TEST(ReplyTimeout, SilentViewerGivesMinusSevenOnceTheLimitPasses) {
     FakeViewer viewer;  // never answers

@@ -17,6 +17,7 @@
 #include <thread>
 
 #include "FakeViewer.h"
+#include "FaultTiming.h"
 #include "InformationRecords.h"
 #include "KPCBAPI.hpp"
 #include "SlotNames.h"
@@ -24,21 +25,6 @@
 
 using testing_support::Bytes;
 using testing_support::FakeViewer;
-using Clock = std::chrono::steady_clock;
-
-namespace {
-
-long long MillisecondsSince(Clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-// Restores the default (no limit) whatever the test does.
-struct ReplyTimeout {
-    explicit ReplyTimeout(int ms) { KPCB_SetReplyTimeout(ms); }
-    ~ReplyTimeout() { KPCB_SetReplyTimeout(0); }
-};
-
-}  // namespace
 
 TEST(ReplyTimeout, ViewerThatEndsWhileAQueryWaitsIsNoticedPromptly) {
     const pid_t child = fork();

@@ -19,11 +19,11 @@ using transport_test::UniqueSlotName;
 
 namespace {
 
-Bytes ReadOne(platform::SlotHandle slot, uint32_t capacity, bool* ok = nullptr) {
+Bytes ReadOne(platform::SlotHandle slot, uint32_t capacity, platform::Status* why = nullptr) {
     Bytes out(capacity);
     uint32_t read = 0;
-    const bool good = platform::ReadSlot(slot, out.data(), capacity, &read);
-    if (ok) *ok = good;
+    const platform::Status good = platform::ReadSlot(slot, out.data(), capacity, &read);
+    if (why) *why = good;
     out.resize(good ? read : 0);
     return out;
 }
@@ -56,11 +56,11 @@ TEST(Slots, ShortBufferFailsAndLeavesTheMessageQueued) {
     SlotPair pair("short");
     const Bytes five{1, 2, 3, 4, 5};
     ASSERT_EQ(pair.writer.WriteBytes(five.data(), 5), 1);
-    bool ok = true;
-    ReadOne(pair.reader.GetHandle(), 4, &ok);
-    EXPECT_FALSE(ok);
-    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 5, &ok), five);
-    EXPECT_TRUE(ok);
+    platform::Status why;
+    ReadOne(pair.reader.GetHandle(), 4, &why);
+    EXPECT_EQ(why.error(), platform::Error::kTooBig) << why.Text();
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 5, &why), five);
+    EXPECT_TRUE(why);
 }
 
 TEST(Slots, MessagesKeepTheirBoundariesAndOrder) {
@@ -86,10 +86,10 @@ TEST(Slots, MessagesAroundSixtyFourKibibytesKeepTheirSizeAndOrder) {
         uint32_t peeked = 0;
         ASSERT_TRUE(platform::PeekSlotMessageSize(pair.reader.GetHandle(), 1000, &peeked));
         EXPECT_EQ(peeked, sizes[k]);
-        bool ok = true;
-        ReadOne(pair.reader.GetHandle(), sizes[k] - 1, &ok);
-        EXPECT_FALSE(ok) << "one byte short must fail and keep the message of " << sizes[k];
-        EXPECT_EQ(ReadOne(pair.reader.GetHandle(), sizes[k] + 10, &ok), sent[k]) << sizes[k];
+        platform::Status why;
+        ReadOne(pair.reader.GetHandle(), sizes[k] - 1, &why);
+        EXPECT_FALSE(why) << "one byte short must fail and keep the message of " << sizes[k];
+        EXPECT_EQ(ReadOne(pair.reader.GetHandle(), sizes[k] + 10, &why), sent[k]) << sizes[k];
     }
 }
 
@@ -103,10 +103,10 @@ TEST(Slots, SixtyFourMebibyteMessageArrivesWhole) {
     ASSERT_EQ(pair.writer.WriteBytes(big.data(), size), 1);
     const Bytes small{9, 9};
     ASSERT_EQ(pair.writer.WriteBytes(small.data(), 2), 1);
-    bool ok = true;
-    ReadOne(pair.reader.GetHandle(), size - 1, &ok);
-    EXPECT_FALSE(ok) << "one byte short must fail and keep the message";
-    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), size, &ok), big);
+    platform::Status why;
+    ReadOne(pair.reader.GetHandle(), size - 1, &why);
+    EXPECT_FALSE(why) << "one byte short must fail and keep the message";
+    EXPECT_EQ(ReadOne(pair.reader.GetHandle(), size, &why), big);
     EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), small) << "the next message follows the large one";
 }
 
@@ -118,7 +118,7 @@ TEST(Frames, ZeroLengthFileSendsOneMessageAndSucceeds) {
     EXPECT_EQ(pair.writer.SendFrame(empty), 1);
     EXPECT_EQ(ReadOne(pair.reader.GetHandle(), 16), testing_support::LengthMessage(0));
     uint32_t size = 0;
-    EXPECT_FALSE(platform::PeekSlotMessageSize(pair.reader.GetHandle(), 50, &size)) << "only one message";
+    EXPECT_EQ(platform::PeekSlotMessageSize(pair.reader.GetHandle(), 50, &size).error(), platform::Error::kTimedOut);
     std::ifstream log(dir / "log/KAPI.log");
     std::stringstream text;
     text << log.rdbuf();
