@@ -15,6 +15,7 @@
 //   BM_OneWayArrivals    the same stream into a journalling viewer: every record counted
 //   BM_LargeAnswer       KPCB_GetCWPolygonPointDataArray of a 1,000,000-point outline
 //   BM_LaunchToReady/N   launch on a generated board of N components until a first answer
+//   BM_LaunchRealBoard   launch on the real board of KPCB_BENCH_REAL_BOARD until a first answer
 //   BM_MergeRun/N        KPCB_PolygonMergeRun of a net of about N shapes
 //   BM_CallerMemory      resident size and descriptors after 1,000 and after N calls
 //
@@ -399,6 +400,23 @@ void BM_LaunchToReady(benchmark::State& state) {
     }
 }
 
+// The same on the real board that KPCB_BENCH_REAL_BOARD names (bench_copper_merge
+// measures its load in process, the baseline of this one).
+void BM_LaunchRealBoard(benchmark::State& state) {
+    bench::PinCallerToClientCpu();
+    if (bench::RealBoard().empty()) return state.SkipWithError("KPCB_BENCH_REAL_BOARD names no board");
+    for (auto _ : state) {
+        const int pid = bench::LaunchViewer(bench::RealBoard());
+        if (pid <= 0 || KPCB_GetCWPolygonCount(pid) == KPCB_NO_REPLY) {
+            state.SkipWithError("launch failed");
+            break;
+        }
+        state.PauseTiming();
+        KPCB_Exit(pid, 1);
+        state.ResumeTiming();
+    }
+}
+
 void BM_MergeRun(benchmark::State& state) {
     bench::PinCallerToClientCpu();
     const int k = bench::MeshSide(static_cast<double>(state.range(0)));
@@ -468,6 +486,7 @@ BENCHMARK(BM_OneWayArrivals)->Arg(100000)->Iterations(1)->UseRealTime()->Unit(be
 BENCHMARK(BM_Memcpy)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LargeAnswer)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LaunchToReady)->Arg(0)->Arg(10000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LaunchRealBoard)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MergeRun)->Arg(1000)->Arg(10000)->Arg(100000)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
