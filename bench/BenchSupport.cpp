@@ -177,14 +177,11 @@ std::string LargeOutlineBoard(int points) {
     CPArea* area = pdb.AddArea(0, net);
     CArrayPointD& outline = area->GetOutline();
     outline.SetSize(points);
-    // Every other corner 0.1 mm further in: on the merge's grid neighbours of a
-    // regular polygon this fine would often lie on one line, and the union keeps
-    // no such corner.
+    const double radius = 40.0;
     for (int i = 0; i < points; ++i) {
-        const double a = 2 * kPi * i / points, radius = i % 2 ? 39.9 : 40.0;
+        const double a = 2 * kPi * i / points;
         outline[i] = CPointD(50 + radius * std::cos(a), 50 + radius * std::sin(a));
-    }
-    return cache[points] = SaveBoard(pdb, "outline-" + std::to_string(points) + ".pdbb");
+    }    return cache[points] = SaveBoard(pdb, "outline-" + std::to_string(points) + ".pdbb");
 }
 
 int BuildMesh(CPdb& pdb, int k) {

@@ -70,7 +70,8 @@ const std::string& WorkDirectory();
 // a generated board of n components (.pdbb), and the reference of its first component;
 std::string GeneratedBoard(int components, std::string* firstReference = nullptr);
 // a board whose net "OUTLINE" has one copper area on TOP with that many corners
-// (a star of two radii), so that its merge gives one outline of that many points;
+// (a regular polygon), so that its merge gives one outline of about as many points
+// (the union drops corners that the grid puts on one line with their neighbours);
 std::string LargeOutlineBoard(int points);
 // a board whose net "MESH" is a k x k grid of vias joined by tracks to their right and
 // upper neighbours: 3k^2 - 2k shapes on TOP, one outline with (k-1)^2 holes.
