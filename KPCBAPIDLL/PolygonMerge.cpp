@@ -36,9 +36,12 @@ int StorePoint(const CKPRCI_PolygonMerge_RV& reply, double* x, double* y) {
     return KPCB_OK;
 }
 
-int StoreArrays(const CArrayD& xs, const CArrayD& ys, CArrayD* outX, CArrayD* outY) {
-    if (outX) outX->Copy(xs);
-    if (outY) outY->Copy(ys);
+// The reply's arrays become the caller's (their old contents go with the reply):
+// the points loaded from the frame are not copied again.
+int TakeArrays(CKPRCI_PolygonMerge_RV& reply, void (CKPRCI_PolygonMerge_RV::*swap)(CArrayD&, CArrayD&),
+               CArrayD* outX, CArrayD* outY) {
+    CArrayD unusedX, unusedY;
+    (reply.*swap)(outX ? *outX : unusedX, outY ? *outY : unusedY);
     return KPCB_OK;
 }
 
@@ -115,14 +118,14 @@ int KPCB_GetCCWPolygonPointData(int pid, int cw, int ccw, int point, double* x, 
 }
 
 int KPCB_GetCWPolygonPointDataArray(int pid, int cw, CArrayD* xs, CArrayD* ys) {
-    return Ask(pid, CWPoints, cw, 0, 0, [&](const CKPRCI_PolygonMerge_RV& r) {
-        return StoreArrays(r.GetCWPointsX(), r.GetCWPointsY(), xs, ys);
+    return Ask(pid, CWPoints, cw, 0, 0, [&](CKPRCI_PolygonMerge_RV& r) {
+        return TakeArrays(r, &CKPRCI_PolygonMerge_RV::SwapCWPoints, xs, ys);
     });
 }
 
 int KPCB_GetCCWPolygonPointDataArray(int pid, int cw, int ccw, CArrayD* xs, CArrayD* ys) {
-    return Ask(pid, CCWPoints, cw, ccw, 0, [&](const CKPRCI_PolygonMerge_RV& r) {
-        return StoreArrays(r.GetCCWPointsX(), r.GetCCWPointsY(), xs, ys);
+    return Ask(pid, CCWPoints, cw, ccw, 0, [&](CKPRCI_PolygonMerge_RV& r) {
+        return TakeArrays(r, &CKPRCI_PolygonMerge_RV::SwapCCWPoints, xs, ys);
     });
 }
 

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -180,8 +181,7 @@ std::string LargeOutlineBoard(int points) {
     for (int i = 0; i < points; ++i) {
         const double a = 2 * kPi * i / points;
         outline[i] = CPointD(50 + radius * std::cos(a), 50 + radius * std::sin(a));
-    }
-    return cache[points] = SaveBoard(pdb, "outline-" + std::to_string(points) + ".pdbb");
+    }    return cache[points] = SaveBoard(pdb, "outline-" + std::to_string(points) + ".pdbb");
 }
 
 int BuildMesh(CPdb& pdb, int k) {
@@ -216,6 +216,41 @@ std::string MeshBoard(int k, int* shapes) {
     const int count = BuildMesh(pdb, k);
     if (shapes) *shapes = count;
     return SaveBoard(pdb, "mesh-" + std::to_string(k) + ".pdbb");
+}
+
+std::string RealBoard() {
+    const char* path = std::getenv("KPCB_BENCH_REAL_BOARD");
+    return path ? path : "";
+}
+
+std::string LargestNet(const CPdb& pdb, std::vector<std::string>& layers, int* shapes) {
+    const CPDBLayerManager& manager = pdb.GetLayerManager();
+    std::vector<int> copper;
+    layers.clear();
+    for (int i = 0; i < manager.GetLayerCount(); ++i) {
+        if (!manager.IsCopperLayer(i)) continue;
+        copper.push_back(i);
+        layers.push_back(manager.GetLayer(i)->GetName().str());
+    }
+    auto onCopper = [&](auto&& test) { return std::any_of(copper.begin(), copper.end(), test); };
+    std::string largest;
+    int most = -1;
+    for (int n = 0; n < pdb.GetNetCount(); ++n) {
+        const CPNet& net = *pdb.GetNet(n);
+        int count = 0;
+        for (int i = 0; i < net.GetPinCount(); ++i)
+            count += onCopper([&](int layer) { return pdb.IsPadOnLayer(*net.GetPin(i), layer); });
+        for (int i = 0; i < net.GetRoute().GetCount(); ++i)
+            count += onCopper([&](int layer) { return net.GetRoute().GetAt(i)->IsOnLayer(layer); });
+        for (INT_PTR i = 0; i < net.GetAreas().GetSize(); ++i)
+            count += manager.IsCopperLayer(net.GetAreas().GetAt(i)->GetLayer());
+        if (count > most) {
+            most = count;
+            largest = net.GetName().str();
+        }
+    }
+    if (shapes) *shapes = most;
+    return largest;
 }
 
 std::wstring Wide(const std::string& text) { return std::wstring(text.begin(), text.end()); }

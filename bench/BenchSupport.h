@@ -70,7 +70,8 @@ const std::string& WorkDirectory();
 // a generated board of n components (.pdbb), and the reference of its first component;
 std::string GeneratedBoard(int components, std::string* firstReference = nullptr);
 // a board whose net "OUTLINE" has one copper area on TOP with that many corners
-// (a regular polygon), so that its merge gives one outline of that many points;
+// (a regular polygon), so that its merge gives one outline of about as many points
+// (the union drops corners that the grid puts on one line with their neighbours);
 std::string LargeOutlineBoard(int points);
 // a board whose net "MESH" is a k x k grid of vias joined by tracks to their right and
 // upper neighbours: 3k^2 - 2k shapes on TOP, one outline with (k-1)^2 holes.
@@ -79,6 +80,12 @@ std::string MeshBoard(int k, int* shapes);
 int BuildMesh(CPdb& pdb, int k);
 // The k whose mesh has about that many shapes.
 int MeshSide(double shapes);
+
+// The real board of the run: the .pdbb that KPCB_BENCH_REAL_BOARD names, or "".
+std::string RealBoard();
+// The net with the most copper shapes (pads, tracks, vias and areas on copper layers)
+// and its count; layers receives the names of every copper layer.
+std::string LargestNet(const CPdb& pdb, std::vector<std::string>& layers, int* shapes);
 
 // The text of a wide path for the C functions.
 std::wstring Wide(const std::string& text);

@@ -167,6 +167,19 @@ def main(folder):
                  f"≤ 12 ({verdict(growth, 12, True)}) |")
     lines.append(f"| in-process merge of 100,000 shapes (s) | {fmt(times[100000])} | | "
                  f"< 1.5 ({verdict(times[100000], 1.5, True)}) |")
+    real = load(folder, "real-board")
+    if real:
+        net = entry(real, "BM_RealBoardLargestNet")
+        board_load = seconds(entry(real, "BM_RealBoardLoad"))
+        launch = seconds(entry(load(folder, "real-board-launch"), "BM_LaunchRealBoard"))
+        label = f" ({net.get('label', '')}: {int(net.get('shapes', 0)):,} shapes, {int(net.get('outlines', 0)):,} " \
+                f"outlines, {int(net.get('holes', 0)):,} holes)" if net and "shapes" in net else ""
+        t = seconds(net)
+        lines.append(f"| real board: merge of its largest net (s){label} | {fmt(t, 3)} | | "
+                     f"< 0.5 ({verdict(t, 0.5, True)}) |")
+        lines.append(f"| real board: load in process (ms) — baseline | {fmt(ms(board_load))} | 1 | |")
+        lines.append(f"| real board: launch to ready (ms) | {fmt(ms(launch))} | {fmt(ratio(launch, board_load))} x "
+                     f"its load | ≤ 5 ({verdict(ratio(launch, board_load), 5, True)}) |")
     if arrivals and "arrived" in arrivals:
         lines.append(f"| one-way commands counted in the viewer's journal | {int(arrivals['arrived']):,} of "
                      f"{int(arrivals['sent']):,} | {fmt(ratio(arrivals['arrived'], arrivals['sent']), 3)} | all arrive "

@@ -60,17 +60,25 @@ run launch-merge "$heavy_cpus" bench_transport --benchmark_filter='^BM_(LaunchTo
   --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 run arrivals "$heavy_cpus" bench_transport --benchmark_filter='^BM_OneWayArrivals'
 KPCB_BENCH_SOAK_CALLS=$soak run memory "$heavy_cpus" bench_transport --benchmark_filter='^BM_CallerMemory'
-run merge-in-process "$cpu0" bench_copper_merge --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
+run merge-in-process "$cpu0" bench_copper_merge --benchmark_filter='^BM_CopperMerge' --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 run board-load "$cpu0" bench_board_load --benchmark_filter='^BM_(ReadFileBytes|LoadPdbb)/10000/' \
   --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 
 # A real ODB++ job (KiCad's vme-wren demo, exported once into the build folder):
-# import against tar -xzf, peak memory against the unpacked size, viewer ready time.
+# import against tar -xzf, peak memory against the unpacked size, viewer ready time;
+# then, on the board converted by the importer, the merge of its largest net and the
+# launch against the load in process.
 if command -v kicad-cli >/dev/null; then
   cmake --build "$build" -j2 --target kpcb >/dev/null
   cmake -DKICAD_CLI="$(command -v kicad-cli)" -DPYTHON=/usr/bin/python3 -DDEMOS=/usr/share/kicad/demos \
     -DCACHE="$build/realboards" -DBOARDS=vme-wren -DUNITS=mm -P "$root/tests/realboards/export_boards.cmake" >/dev/null
   python3 "$root/bench/odb_import.py" "$bin" "$build/realboards/vme-wren-mm.tgz" | tee "$out/odb-import.txt"
+  KPCB_DATA_DIR="$out/data" "$bin/kpcb" extract-odb "$build/realboards/vme-wren-mm.tgz" "$out" vme-wren >/dev/null
+  export KPCB_BENCH_REAL_BOARD="$out/vme-wren.pdbb"
+  run real-board "$cpu0" bench_copper_merge --benchmark_filter='^BM_RealBoard' \
+    --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
+  run real-board-launch "$heavy_cpus" bench_transport --benchmark_filter='^BM_LaunchRealBoard' \
+    --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 else
   echo "bench: kicad-cli is not installed (scripts/setup-kicad.sh): the ODB++ import figures are left out" >&2
 fi

@@ -175,10 +175,14 @@ bool CopperOutlines::Area(const CPArea& area) {
         ClipperLib::Path path;
         for (INT_PTR i = 0; i < points.GetSize(); ++i) path.push_back(At(points[i].x, points[i].y));
         if (path.size() < 3) return true;
-        // A contour that crosses itself comes out of Clipper's simplification as
-        // more than one piece, or as one of another area.
+        // A contour that crosses itself comes out of a union with itself as more
+        // than one piece, or as one of another area. Not SimplifyPolygon: its strictly
+        // simple output takes time that grows with the square of the contour's corners
+        // (minutes for a zone of a million).
         ClipperLib::Paths simple;
-        ClipperLib::SimplifyPolygon(path, simple, ClipperLib::pftNonZero);
+        ClipperLib::Clipper clipper;
+        clipper.AddPath(path, ClipperLib::ptSubject, true);
+        clipper.Execute(ClipperLib::ctUnion, simple, ClipperLib::pftNonZero, ClipperLib::pftNonZero);
         const double before = std::fabs(ClipperLib::Area(path));
         if (simple.size() != 1 || std::fabs(std::fabs(ClipperLib::Area(simple[0])) - before) > 1e-9 * before)
             return false;

@@ -4,12 +4,29 @@
 
 namespace viewer {
 
+namespace {
+// The largest reply buffer sent so far, waiting for the next reply (the viewer serves
+// one command at a time): a large answer is then written into memory touched before
+// instead of fresh pages, which cost more here than the copy itself.
+std::vector<unsigned char>& SpareReplyBytes() {
+    static std::vector<unsigned char> spare;
+    return spare;
+}
+}  // namespace
+
 Answer ReplyAnswer(CKPRCI__BaseRV& reply, std::string note) {
     Answer answer;
     answer.channel = Answer::Channel::ReplySlot;
-    answer.bytes = records::Image(reply);
+    answer.bytes = std::move(SpareReplyBytes());
+    records::ImageInto(reply, answer.bytes);
     answer.note = std::move(note);
     return answer;
+}
+
+void KeepReplyBytes(Answer& answer) {
+    std::vector<unsigned char>& spare = SpareReplyBytes();
+    if (answer.channel == Answer::Channel::ReplySlot && answer.bytes.capacity() > spare.capacity())
+        spare = std::move(answer.bytes);
 }
 
 Answer NoAnswer(std::string note) {

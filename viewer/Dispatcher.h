@@ -21,8 +21,11 @@ struct Answer {
     std::string note;                  // what was done, for the journal
 };
 
-// The image of a reply record, ready to send as a frame on the reply slot.
+// The image of a reply record, ready to send as a frame on the reply slot, written
+// into the buffer that KeepReplyBytes kept, if any.
 Answer ReplyAnswer(CKPRCI__BaseRV& reply, std::string note);
+// Keeps a sent answer's buffer for the next reply when it is the largest so far.
+void KeepReplyBytes(Answer& answer);
 Answer NoAnswer(std::string note);
 
 // Everything a handler may look at or change.

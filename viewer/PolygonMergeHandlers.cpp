@@ -14,19 +14,33 @@ namespace {
 constexpr int kNoSession = -200;
 constexpr int kBadIndex = -200;
 
-CArrayD ToArray(const std::vector<double>& values) {
+bool ValidIndex(int index, INT_PTR size) { return index >= 0 && index < size; }
+bool ValidIndex(int index, size_t size) { return index >= 0 && static_cast<size_t>(index) < size; }
+
+// One axis of a ring, as the reply carries it.
+CArrayD Coordinates(const std::vector<CPointD>& ring, double CPointD::*axis) {
     CArrayD out;
-    for (double v : values) out.Add(v);
+    out.SetSize(static_cast<INT_PTR>(ring.size()));
+    double* values = out.GetData();
+    for (const CPointD& p : ring) *values++ = p.*axis;
     return out;
 }
 
-bool ValidIndex(int index, size_t size) { return index >= 0 && static_cast<size_t>(index) < size; }
-
-std::vector<double> Coordinates(const std::vector<CPointD>& ring, double CPointD::*axis) {
-    std::vector<double> out;
-    out.reserve(ring.size());
-    for (const CPointD& p : ring) out.push_back(p.*axis);
-    return out;
+// The image of a reply that carries a kept ring: the ring is lent to the reply for
+// the time of its serialisation (swapped in and back), so its points are copied once,
+// straight into the bytes sent. swap is the reply's SwapCWPoints or SwapCCWPoints.
+Answer LendingAnswer(CKPRCI_PolygonMerge_RV& reply, void (CKPRCI_PolygonMerge_RV::*swap)(CArrayD&, CArrayD&),
+                     CArrayD& xs, CArrayD& ys, std::string note) {
+    struct Lent {
+        CKPRCI_PolygonMerge_RV& reply;
+        void (CKPRCI_PolygonMerge_RV::*swap)(CArrayD&, CArrayD&);
+        CArrayD& xs;
+        CArrayD& ys;
+        ~Lent() { (reply.*swap)(xs, ys); }
+    };
+    (reply.*swap)(xs, ys);
+    const Lent back{reply, swap, xs, ys};
+    return ReplyAnswer(reply, std::move(note));
 }
 
 Answer Run(const CKPRCI_PolygonMerge& request, ViewerContext& context, CKPRCI_PolygonMerge_RV& reply) {
@@ -90,17 +104,16 @@ Answer Merge(CKPRCI__Base& base, ViewerContext& context) {
         reply.SetErrorCode(kBadIndex);
         return ReplyAnswer(reply, "no outline " + std::to_string(cw));
     }
-    const MergeSession::Outline& outline = session.outlines[static_cast<size_t>(cw)];
+    MergeSession::Outline& outline = session.outlines[static_cast<size_t>(cw)];
     reply.SetCCWPolygonCount(static_cast<int>(outline.holeXs.size()));
-    reply.SetCWPointCount(static_cast<int>(outline.xs.size()));
+    reply.SetCWPointCount(static_cast<int>(outline.xs.GetSize()));
     if (mode == 4 || mode == 5) return ReplyAnswer(reply, "outline counts");
-    if (mode == 7 || mode == 9) {
-        if (mode == 9) {
-            reply.SetCWPointsX(ToArray(outline.xs));
-            reply.SetCWPointsY(ToArray(outline.ys));
-        } else if (ValidIndex(point, outline.xs.size())) {
-            reply.SetPointX(outline.xs[static_cast<size_t>(point)]);
-            reply.SetPointY(outline.ys[static_cast<size_t>(point)]);
+    if (mode == 9)
+        return LendingAnswer(reply, &CKPRCI_PolygonMerge_RV::SwapCWPoints, outline.xs, outline.ys, "outline points");
+    if (mode == 7) {
+        if (ValidIndex(point, outline.xs.GetSize())) {
+            reply.SetPointX(outline.xs[point]);
+            reply.SetPointY(outline.ys[point]);
         } else {
             reply.SetErrorCode(kBadIndex);
         }
@@ -110,16 +123,14 @@ Answer Merge(CKPRCI__Base& base, ViewerContext& context) {
         reply.SetErrorCode(kBadIndex);
         return ReplyAnswer(reply, "no hole " + std::to_string(ccw));
     }
-    const std::vector<double>& xs = outline.holeXs[static_cast<size_t>(ccw)];
-    const std::vector<double>& ys = outline.holeYs[static_cast<size_t>(ccw)];
-    reply.SetCCWPointCount(static_cast<int>(xs.size()));
-    if (mode == 10) {
-        reply.SetCCWPointsX(ToArray(xs));
-        reply.SetCCWPointsY(ToArray(ys));
-    } else if (mode == 8) {
-        if (ValidIndex(point, xs.size())) {
-            reply.SetPointX(xs[static_cast<size_t>(point)]);
-            reply.SetPointY(ys[static_cast<size_t>(point)]);
+    CArrayD& xs = outline.holeXs[static_cast<size_t>(ccw)];
+    CArrayD& ys = outline.holeYs[static_cast<size_t>(ccw)];
+    reply.SetCCWPointCount(static_cast<int>(xs.GetSize()));
+    if (mode == 10) return LendingAnswer(reply, &CKPRCI_PolygonMerge_RV::SwapCCWPoints, xs, ys, "hole points");
+    if (mode == 8) {
+        if (ValidIndex(point, xs.GetSize())) {
+            reply.SetPointX(xs[point]);
+            reply.SetPointY(ys[point]);
         } else {
             reply.SetErrorCode(kBadIndex);
         }

@@ -50,6 +50,7 @@ public:
         DrawBodies(false);
         m_raster.Outline(Ring(m_board.GetOutline()), palette::kOutline);
         DrawHighlights();
+        DrawMerge();
         return std::move(m_picture);
     }
 
@@ -385,6 +386,27 @@ private:
         for (const auto& [pin, c] : m_marks.pads)
             if (PadLayer(*pin) >= 0) DrawPad(*pin, c);
         DrawBodies(true);
+    }
+
+    // The result of the last polygon merge, while its session lasts: each outline
+    // filled with its holes open, then the outline and the holes traced.
+    void DrawMerge() {
+        if (!m_view.merge.ran) return;
+        auto ring = [&](const CArrayD& xs, const CArrayD& ys) {
+            std::vector<PixelPoint> out;
+            out.reserve(static_cast<size_t>(xs.GetSize()));
+            for (INT_PTR i = 0; i < xs.GetSize() && i < ys.GetSize(); ++i)
+                out.push_back(m_t.ToPixel(CPointD(xs[i], ys[i])));
+            return out;
+        };
+        for (const MergeSession::Outline& outline : m_view.merge.outlines) {
+            std::vector<std::vector<PixelPoint>> rings{ring(outline.xs, outline.ys)};
+            for (size_t h = 0; h < outline.holeXs.size() && h < outline.holeYs.size(); ++h)
+                rings.push_back(ring(outline.holeXs[h], outline.holeYs[h]));
+            m_raster.FillPolygon(rings, palette::kMergeFill);
+            m_raster.Outline(rings[0], palette::kMergeOutline);
+            for (size_t h = 1; h < rings.size(); ++h) m_raster.Outline(rings[h], palette::kMergeHole);
+        }
     }
 
     const CPdb& m_board;

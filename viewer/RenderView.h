@@ -41,6 +41,9 @@ constexpr Rgb kPasteOther{175, 175, 185};
 constexpr Rgb kDrillLayer{250, 250, 160};
 constexpr Rgb kDocument{190, 140, 200};
 constexpr Rgb kOther{160, 160, 160};
+constexpr Rgb kMergeFill{90, 60, 20};
+constexpr Rgb kMergeOutline{255, 190, 40};
+constexpr Rgb kMergeHole{80, 230, 255};
 }  // namespace palette
 
 // Copper areas are drawn in a dimmed colour: two fifths of each channel.

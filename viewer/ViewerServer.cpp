@@ -71,6 +71,7 @@ void ViewerServer::Serve(CMemFile& frame) {
         Answer pending = std::move(m_pendingAnswer);
         m_pendingImage.clear();
         Send(pending);  // the second copy, or a late answer when another request came instead
+        KeepReplyBytes(pending);
         if (secondCopy) {
             m_journal.Record(classId, name, image.data, image.size, "second copy answered");
             return;
@@ -84,6 +85,7 @@ void ViewerServer::Serve(CMemFile& frame) {
         return;
     }
     Send(answer);
+    KeepReplyBytes(answer);
 }
 
 void ViewerServer::Send(const Answer& answer) {

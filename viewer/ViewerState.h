@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "CArrayD.h"
 #include "CString.h"
 #include "CStringArray.h"
 #include "WinTypes.h"
@@ -47,8 +48,10 @@ struct MergeSession {
     bool open = false;
     bool ran = false;
     struct Outline {
-        std::vector<double> xs, ys;
-        std::vector<std::vector<double>> holeXs, holeYs;
+        // Kept as the reply's own array type, so that an answer lends them to its
+        // reply instead of copying them.
+        CArrayD xs, ys;
+        std::vector<CArrayD> holeXs, holeYs;
     };
     std::vector<Outline> outlines;
 };

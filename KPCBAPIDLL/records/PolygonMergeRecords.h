@@ -1,6 +1,8 @@
 // Records of the polygon merge: one request and one reply shape for every mode.
 #pragma once
 
+#include <utility>
+
 #include "CKPRCI__Base.h"
 
 // Modes, shared by the request and its reply.
@@ -96,6 +98,17 @@ public:
     void SetCCWPointsX(const CArrayD& v) { m_CCWPointsX.Copy(v); }
     const CArrayD& GetCCWPointsY() const { return m_CCWPointsY; }
     void SetCCWPointsY(const CArrayD& v) { m_CCWPointsY.Copy(v); }
+    // Exchanges the point arrays with the given ones without copying a value: the
+    // viewer lends a kept outline to the reply while it is serialised, and the caller
+    // takes a loaded reply's points into its own arrays.
+    void SwapCWPoints(CArrayD& xs, CArrayD& ys) {
+        std::swap(m_CWPointsX, xs);
+        std::swap(m_CWPointsY, ys);
+    }
+    void SwapCCWPoints(CArrayD& xs, CArrayD& ys) {
+        std::swap(m_CCWPointsX, xs);
+        std::swap(m_CCWPointsY, ys);
+    }
 
 private:
     int m_Mode = 0;
