@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "CMailslot.h"
+#include "FrameReader.h"
 #include "InformationRecords.h"
 #include "PolygonMergeRecords.h"
 #include "RedMarkRecords.h"

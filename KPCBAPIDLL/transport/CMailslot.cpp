@@ -3,15 +3,18 @@
 #include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <thread>
 
 #include "CUniversalLogger.h"
 
 namespace {
-// The documented line, then why the system refused the write.
+// The API log carries the documented line alone, since integrators read it; why the
+// system refused the write goes to the debugger's trace.
 void LogSendFailure(uint32_t unsent, platform::Status why) {
     GetUniversalLogger().LogLine("Send Fail data : %d", static_cast<int>(unsent));
-    GetUniversalLogger().LogLine("Send Fail reason : %s", why.Text());
+    const std::string reason = std::string("Send Fail reason : ") + why.Text();
+    platform::DebugOutput(reason.c_str());
 }
 }  // namespace
 
